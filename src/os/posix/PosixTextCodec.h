@@ -1,0 +1,14 @@
+#pragma once
+
+#include "os/TextCodec.h"
+
+namespace vagent::os {
+
+// The narrow code page of a POSIX host is UTF-8.
+class PosixTextCodec final : public TextCodec {
+public:
+    std::uint32_t NarrowToWide(const std::string& narrow, std::wstring& wide) override;
+    std::uint32_t WideToNarrow(const std::wstring& wide, std::string& narrow) override;
+};
+
+}  // namespace vagent::os

@@ -1,0 +1,18 @@
+# Checks that a DLL's export table names every symbol in REQUIRED (a
+# semicolon list of substrings of the mangled names).
+execute_process(COMMAND ${OBJDUMP} -p ${DLL} OUTPUT_VARIABLE table RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "cannot read the export table of ${DLL}")
+endif()
+set(missing)
+foreach(symbol ${REQUIRED})
+  string(FIND "${table}" "${symbol}" at)
+  if(at EQUAL -1)
+    list(APPEND missing ${symbol})
+  endif()
+endforeach()
+if(missing)
+  message(FATAL_ERROR "${DLL} does not export: ${missing}")
+endif()
+list(LENGTH REQUIRED count)
+message("exports checked: ${count} symbols present")

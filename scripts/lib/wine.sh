@@ -1,0 +1,19 @@
+# Wine as the Windows tiers' tests need it: a prefix made once, and a fresh
+# wineserver whose services are up before ctest starts, so that none of them
+# holds ctest's output pipe open.
+WINE64=/usr/lib/wine/wine64
+
+wine_prepare() {
+  export WINEDEBUG=-all
+  if [ ! -f "${WINEPREFIX:-$HOME/.wine}/system.reg" ]; then
+    "$WINE64" wineboot -i </dev/null >/dev/null 2>&1 || true
+  fi
+  wineserver -k 2>/dev/null || true
+  wineserver -w 2>/dev/null || true
+  wineserver -p
+  "$WINE64" wineboot </dev/null >/dev/null 2>&1 || true
+}
+
+wine_finish() {
+  wineserver -k 2>/dev/null || true
+}

@@ -1,35 +1,19 @@
 #include "os/Facilities.h"
 
+#include "os/FileSystem.h"
+#include "os/HostFacts.h"
+#include "os/TextCodec.h"
+
 namespace vagent::os {
-namespace {
 
-Facilities& InstalledSlot() {
-    static Facilities installed = RealFacilities();
-    return installed;
+TextCodec& Text() {
+    return Installed<TextCodec>();
 }
-
-template <class Facility>
-void Replace(Facility*& slot, Facility* replacement) {
-    if (replacement != nullptr) {
-        slot = replacement;
-    }
+HostFacts& Host() {
+    return Installed<HostFacts>();
 }
-
-}  // namespace
-
-const Facilities& Installed() { return InstalledSlot(); }
-
-TextCodec& Text() { return *InstalledSlot().text; }
-HostFacts& Host() { return *InstalledSlot().host; }
-FileSystem& Files() { return *InstalledSlot().files; }
-
-ScopedFacilities::ScopedFacilities(const Facilities& replacement) : previous_(InstalledSlot()) {
-    Facilities& slot = InstalledSlot();
-    Replace(slot.text, replacement.text);
-    Replace(slot.host, replacement.host);
-    Replace(slot.files, replacement.files);
+FileSystem& Files() {
+    return Installed<FileSystem>();
 }
-
-ScopedFacilities::~ScopedFacilities() { InstalledSlot() = previous_; }
 
 }  // namespace vagent::os

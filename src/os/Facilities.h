@@ -6,37 +6,46 @@ class TextCodec;
 class HostFacts;
 class FileSystem;
 
-// The operating-system implementation in use, one pointer per facility.
-// Every pointer is always set: the real implementation is installed at start.
-struct Facilities {
-    TextCodec* text = nullptr;
-    HostFacts* host = nullptr;
-    FileSystem* files = nullptr;
-};
+// Each facility (an interface of this folder) has one process-wide slot.
+// While the slot is empty the real implementation of this build (Win32 or
+// POSIX) answers; a test fills the slot with a fake for a scope.
 
-// The process-wide installed facilities.
-const Facilities& Installed();
+// The real implementation; each facility's header declares its
+// specialisation and the implementation in use defines it.
+template <class Facility>
+Facility& RealFacility();
+
+template <class Facility>
+Facility*& InstalledSlot() {
+    static Facility* slot = nullptr;
+    return slot;
+}
+
+template <class Facility>
+Facility& Installed() {
+    Facility* replacement = InstalledSlot<Facility>();
+    return replacement != nullptr ? *replacement : RealFacility<Facility>();
+}
+
+// Installs a replacement for the lifetime of the scope and puts back what was
+// installed before when it ends. Scopes nest; they are made and ended on one
+// thread while no other thread uses the library.
+template <class Facility>
+class ScopedFacility {
+  public:
+    explicit ScopedFacility(Facility& replacement) : previous_(InstalledSlot<Facility>()) {
+        InstalledSlot<Facility>() = &replacement;
+    }
+    ~ScopedFacility() { InstalledSlot<Facility>() = previous_; }
+    ScopedFacility(const ScopedFacility&) = delete;
+    ScopedFacility& operator=(const ScopedFacility&) = delete;
+
+  private:
+    Facility* previous_;
+};
 
 TextCodec& Text();
 HostFacts& Host();
 FileSystem& Files();
-
-// The real implementation of this build (Win32 or POSIX).
-const Facilities& RealFacilities();
-
-// Replaces the installed facilities for the lifetime of the scope and puts
-// back the previous ones when it ends. A null member keeps the facility that
-// was installed, so a test replaces only what it fakes. Scopes nest; they are
-// made and ended on one thread while no other thread uses the library.
-class ScopedFacilities {
-public:
-    explicit ScopedFacilities(const Facilities& replacement);
-    ~ScopedFacilities();
-    ScopedFacilities(const ScopedFacilities&) = delete;
-    ScopedFacilities& operator=(const ScopedFacilities&) = delete;
-
-private:
-    Facilities previous_;
-};
 
 }  // namespace vagent::os

@@ -4,11 +4,13 @@
 #include <cstdio>
 #include <string>
 
+#include "os/Facilities.h"
+
 namespace vagent::os {
 
 // The file system, addressed with Windows paths (backslash separators).
 class FileSystem {
-public:
+  public:
     virtual ~FileSystem() = default;
     // Mirrors _access(path, 0).
     virtual bool Exists(const std::string& path) = 0;
@@ -22,5 +24,8 @@ public:
     // Mirrors fopen with the C runtime's mode letters; null on failure.
     virtual std::FILE* Open(const std::string& path, const char* mode) = 0;
 };
+
+template <>
+FileSystem& RealFacility<FileSystem>();
 
 }  // namespace vagent::os

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "os/Facilities.h"
+
 namespace vagent::os {
 
 struct LocalTime {
@@ -23,7 +25,7 @@ enum class Module {
 
 // Facts about the machine and the running process.
 class HostFacts {
-public:
+  public:
     virtual ~HostFacts() = default;
     // Mirrors GetModuleFileNameA: the module's full path with backslash
     // separators; returns 0 or the failure status.
@@ -35,5 +37,8 @@ public:
     // failure status.
     virtual std::uint32_t AdapterIPv4Addresses(std::vector<std::string>& addresses) = 0;
 };
+
+template <>
+HostFacts& RealFacility<HostFacts>();
 
 }  // namespace vagent::os

@@ -11,7 +11,9 @@ std::uint32_t FakeHostFacts::ModuleFileName(os::Module module, std::string& path
     return 0;
 }
 
-os::LocalTime FakeHostFacts::CurrentLocalTime() { return now; }
+os::LocalTime FakeHostFacts::CurrentLocalTime() {
+    return now;
+}
 
 std::uint32_t FakeHostFacts::AdapterIPv4Addresses(std::vector<std::string>& addresses) {
     ++adapterQueries;

@@ -6,7 +6,7 @@ namespace vagent::test {
 
 bool FaultyFileSystem::Exists(const std::string& path) {
     calls.push_back("Exists " + path);
-    return os::RealFacilities().files->Exists(path);
+    return os::RealFacility<os::FileSystem>().Exists(path);
 }
 
 std::uint32_t FaultyFileSystem::Size(const std::string& path, std::uint64_t& size) {
@@ -14,7 +14,7 @@ std::uint32_t FaultyFileSystem::Size(const std::string& path, std::uint64_t& siz
     if (sizeStatus != 0) {
         return sizeStatus;
     }
-    return os::RealFacilities().files->Size(path, size);
+    return os::RealFacility<os::FileSystem>().Size(path, size);
 }
 
 std::uint32_t FaultyFileSystem::Copy(const std::string& from, const std::string& to,
@@ -23,7 +23,7 @@ std::uint32_t FaultyFileSystem::Copy(const std::string& from, const std::string&
     if (copyStatus != 0) {
         return copyStatus;
     }
-    return os::RealFacilities().files->Copy(from, to, failIfExists);
+    return os::RealFacility<os::FileSystem>().Copy(from, to, failIfExists);
 }
 
 std::uint32_t FaultyFileSystem::Remove(const std::string& path) {
@@ -31,7 +31,7 @@ std::uint32_t FaultyFileSystem::Remove(const std::string& path) {
     if (removeStatus != 0) {
         return removeStatus;
     }
-    return os::RealFacilities().files->Remove(path);
+    return os::RealFacility<os::FileSystem>().Remove(path);
 }
 
 std::FILE* FaultyFileSystem::Open(const std::string& path, const char* mode) {
@@ -39,7 +39,7 @@ std::FILE* FaultyFileSystem::Open(const std::string& path, const char* mode) {
     if (failOpen) {
         return nullptr;
     }
-    return os::RealFacilities().files->Open(path, openReadOnly ? "r" : mode);
+    return os::RealFacility<os::FileSystem>().Open(path, openReadOnly ? "r" : mode);
 }
 
 }  // namespace vagent::test

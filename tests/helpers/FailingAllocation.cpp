@@ -37,9 +37,13 @@ ScopedAllocationFailure::ScopedAllocationFailure(int allowed, int failures) {
     plan = AllocationPlan{true, allowed, failures, 0};
 }
 
-ScopedAllocationFailure::~ScopedAllocationFailure() { plan = AllocationPlan{}; }
+ScopedAllocationFailure::~ScopedAllocationFailure() {
+    plan = AllocationPlan{};
+}
 
-int ScopedAllocationFailure::Refused() const { return plan.refused; }
+int ScopedAllocationFailure::Refused() const {
+    return plan.refused;
+}
 
 }  // namespace vagent::test
 

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "fakes/FakeHostFacts.h"
-#include "os/Facilities.h"
+#include "os/HostFacts.h"
 #include "vagent/DllLog.h"
 #include "vagent/VLog.h"
 
@@ -40,10 +40,8 @@ std::vector<LogLine> ParseLogLines(const std::string& contents) {
 LogCapture::LogCapture() {
     FakeHostFacts host;
     host.executablePath = directory_.LibraryPath() + "host.exe";
-    os::Facilities fake;
-    fake.host = &host;
     {
-        os::ScopedFacilities scope(fake);
+        os::ScopedFacility<os::HostFacts> scope(host);
         log_ = std::make_unique<VLog>();
     }
     SetDllLog(log_.get());

@@ -32,7 +32,9 @@ TempDir::~TempDir() {
     std::filesystem::remove_all(path_, ignored);
 }
 
-std::string TempDir::LibraryPath() const { return ToLibraryPath(path_) + "\\"; }
+std::string TempDir::LibraryPath() const {
+    return ToLibraryPath(path_) + "\\";
+}
 
 std::string ToLibraryPath(const std::filesystem::path& path) {
     std::string text = path.string();

@@ -11,7 +11,8 @@
 #include "helpers/FailingAllocation.h"
 #include "helpers/LogCapture.h"
 #include "helpers/TempDir.h"
-#include "os/Facilities.h"
+#include "os/FileSystem.h"
+#include "os/HostFacts.h"
 
 using ::testing::ElementsAre;
 using vagent::test::FakeHostFacts;
@@ -26,16 +27,8 @@ namespace {
 // A log whose executable lives in a fresh directory, with a fixed clock and a
 // file system that records its calls.
 class VLogInDirectory : public ::testing::Test {
-protected:
-    VLogInDirectory() : scope_(Fakes()) {}
-
-    vagent::os::Facilities Fakes() {
-        host_.executablePath = dir_.LibraryPath() + "host.exe";
-        vagent::os::Facilities fakes;
-        fakes.host = &host_;
-        fakes.files = &files_;
-        return fakes;
-    }
+  protected:
+    VLogInDirectory() { host_.executablePath = dir_.LibraryPath() + "host.exe"; }
 
     std::string File(int number) const {
         return ReadWholeFile(dir_ / ("AgentLog" + std::to_string(number) + ".log"));
@@ -57,7 +50,8 @@ protected:
     TempDir dir_;
     FakeHostFacts host_;
     FaultyFileSystem files_;
-    vagent::os::ScopedFacilities scope_;
+    vagent::os::ScopedFacility<vagent::os::HostFacts> hostScope_{host_};
+    vagent::os::ScopedFacility<vagent::os::FileSystem> filesScope_{files_};
 };
 
 std::vector<std::string> Texts(const std::string& contents) {

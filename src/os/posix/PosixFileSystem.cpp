@@ -29,7 +29,7 @@ std::uint32_t StatusOf(int error) {
 
 // Closes a descriptor when the scope ends.
 class Descriptor {
-public:
+  public:
     explicit Descriptor(int fd) : fd_(fd) {}
     ~Descriptor() {
         if (fd_ >= 0) {
@@ -46,7 +46,7 @@ public:
         return close(fd) == 0;
     }
 
-private:
+  private:
     int fd_;
 };
 
@@ -136,6 +136,12 @@ std::FILE* PosixFileSystem::Open(const std::string& path, const char* mode) {
         }
     }
     return std::fopen(ToPosixPath(path).c_str(), posixMode.c_str());
+}
+
+template <>
+FileSystem& RealFacility<FileSystem>() {
+    static PosixFileSystem real;
+    return real;
 }
 
 }  // namespace vagent::os

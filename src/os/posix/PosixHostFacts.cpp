@@ -83,4 +83,10 @@ std::uint32_t PosixHostFacts::AdapterIPv4Addresses(std::vector<std::string>& add
     return 0;
 }
 
+template <>
+HostFacts& RealFacility<HostFacts>() {
+    static PosixHostFacts real;
+    return real;
+}
+
 }  // namespace vagent::os

@@ -23,7 +23,9 @@ int SequenceLength(unsigned char lead) {
     return 0;
 }
 
-bool IsContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+bool IsContinuation(unsigned char byte) {
+    return (byte & 0xC0) == 0x80;
+}
 
 // Decodes one sequence at text[i]; an ill-formed one yields the replacement
 // character and consumes one byte, as the Windows conversion does.
@@ -114,6 +116,12 @@ std::uint32_t PosixTextCodec::WideToNarrow(const std::wstring& wide, std::string
         AppendUtf8(narrow, code);
     }
     return 0;
+}
+
+template <>
+TextCodec& RealFacility<TextCodec>() {
+    static PosixTextCodec real;
+    return real;
 }
 
 }  // namespace vagent::os

@@ -8,7 +8,9 @@
 
 namespace vagent::os {
 
-bool Win32FileSystem::Exists(const std::string& path) { return _access(path.c_str(), 0) == 0; }
+bool Win32FileSystem::Exists(const std::string& path) {
+    return _access(path.c_str(), 0) == 0;
+}
 
 std::uint32_t Win32FileSystem::Size(const std::string& path, std::uint64_t& size) {
     struct _stat64 status;
@@ -30,6 +32,12 @@ std::uint32_t Win32FileSystem::Remove(const std::string& path) {
 
 std::FILE* Win32FileSystem::Open(const std::string& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
+}
+
+template <>
+FileSystem& RealFacility<FileSystem>() {
+    static Win32FileSystem real;
+    return real;
 }
 
 }  // namespace vagent::os

@@ -11,9 +11,9 @@ namespace {
 // The library's own module: the one that holds this function.
 HMODULE LibraryModule() {
     HMODULE module = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                           GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCSTR>(&LibraryModule), &module);
+    GetModuleHandleExA(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCSTR>(&LibraryModule), &module);
     return module;
 }
 
@@ -80,6 +80,12 @@ std::uint32_t Win32HostFacts::AdapterIPv4Addresses(std::vector<std::string>& add
         }
     }
     return 0;
+}
+
+template <>
+HostFacts& RealFacility<HostFacts>() {
+    static Win32HostFacts real;
+    return real;
 }
 
 }  // namespace vagent::os

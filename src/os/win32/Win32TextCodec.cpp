@@ -50,4 +50,10 @@ std::uint32_t Win32TextCodec::WideToNarrow(const std::wstring& wide, std::string
     return 0;
 }
 
+template <>
+TextCodec& RealFacility<TextCodec>() {
+    static Win32TextCodec real;
+    return real;
+}
+
 }  // namespace vagent::os

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "task/ErrorCodes.h"
 #include "vagent/VTask.h"
 
 namespace vagent::test {
@@ -12,7 +13,7 @@ class EchoTask final : public VTask {
 public:
     static constexpr std::uint32_t kReverse = 1;
     static constexpr std::uint32_t kNonEmpty = 2;
-    static constexpr std::uint32_t kWithoutRequest = 0xE6000002u;
+    static constexpr std::uint32_t kWithoutRequest = kErrorInvalidSetting;
 
     explicit EchoTask(std::uint32_t taskId) : VTask(taskId) {}
 

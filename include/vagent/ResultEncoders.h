@@ -26,8 +26,8 @@ VAGENT_API int VecTString3ToResult(const std::vector<std::string>& vec1,
                                    std::uint32_t& blockSize);
 VAGENT_API int VecUser2Result(const std::vector<_VXUserInfoA>& users, std::uint8_t*& block,
                               std::uint32_t& blockSize);
-VAGENT_API int VecUserGroup2Result(const std::vector<_VXUserGroupA>& groups,
-                                   std::uint8_t*& block, std::uint32_t& blockSize);
+VAGENT_API int VecUserGroup2Result(const std::vector<_VXUserGroupA>& groups, std::uint8_t*& block,
+                                   std::uint32_t& blockSize);
 VAGENT_API int Privilege2Result(const std::vector<VPrivilege*>& privileges, std::uint8_t*& block,
                                 std::uint32_t& blockSize);
 // The 8-byte acknowledgement block: 00 00 00 04 and the value, big-endian.

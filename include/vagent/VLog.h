@@ -11,7 +11,6 @@
 // "<name>(fileCount-1).log" the older ones, all beside the executable.
 class VAGENT_API VLog {
 public:
-    static constexpr std::size_t kTextCapacity = 256;
     static constexpr std::int32_t kDefaultFileCount = 5;
     static constexpr std::int32_t kDefaultMaxFileSize = 0x500000;
 

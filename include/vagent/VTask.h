@@ -20,8 +20,7 @@ public:
     // Keeps a copy of the request and its data; on allocation failure keeps
     // the previous request and returns 0.
     virtual int SetRequest(const TaskRequest& request);
-    virtual int Result2Struct(const std::uint8_t* payload, std::uint32_t length,
-                              void* output) = 0;
+    virtual int Result2Struct(const std::uint8_t* payload, std::uint32_t length, void* output) = 0;
     // Hands out a result block for the caller to delete[].
     virtual int DoTask(std::uint8_t** resultData, std::uint32_t* resultLength) = 0;
 

@@ -21,7 +21,7 @@ enum ComputerNameFormat : std::uint32_t {
 
 // The computer's names.
 class ComputerNames {
-  public:
+public:
     virtual ~ComputerNames() = default;
     // Mirrors GetComputerNameExA. On entry size is the buffer's capacity in
     // bytes (buffer may be null with size 0 to ask for the size). Returns 0

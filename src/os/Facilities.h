@@ -32,7 +32,7 @@ Facility& Installed() {
 // thread while no other thread uses the library.
 template <class Facility>
 class ScopedFacility {
-  public:
+public:
     explicit ScopedFacility(Facility& replacement) : previous_(InstalledSlot<Facility>()) {
         InstalledSlot<Facility>() = &replacement;
     }
@@ -40,7 +40,7 @@ class ScopedFacility {
     ScopedFacility(const ScopedFacility&) = delete;
     ScopedFacility& operator=(const ScopedFacility&) = delete;
 
-  private:
+private:
     Facility* previous_;
 };
 

@@ -25,7 +25,7 @@ enum class Module {
 
 // Facts about the machine and the running process.
 class HostFacts {
-  public:
+public:
     virtual ~HostFacts() = default;
     // Mirrors GetModuleFileNameA: the module's full path with backslash
     // separators; returns 0 or the failure status.

@@ -9,7 +9,7 @@ namespace vagent::os {
 
 // Conversion between the active ANSI code page and wide text.
 class TextCodec {
-  public:
+public:
     virtual ~TextCodec() = default;
     // Mirrors MultiByteToWideChar(CP_ACP): returns 0 or the failure status.
     virtual std::uint32_t NarrowToWide(const std::string& narrow, std::wstring& wide) = 0;

@@ -7,9 +7,15 @@
 namespace vagent {
 namespace {
 
-bool IsFlag(char c) { return std::strchr("-+ #0'", c) != nullptr; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLengthModifier(char c) { return std::strchr("hlLqjztI", c) != nullptr; }
+bool IsFlag(char c) {
+    return std::strchr("-+ #0'", c) != nullptr;
+}
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsLengthModifier(char c) {
+    return std::strchr("hlLqjztI", c) != nullptr;
+}
 
 // The end of the conversion that starts at text[start] ('%'), or npos when
 // the text ends before a conversion letter.

@@ -7,35 +7,13 @@
 #include "os/Facilities.h"
 #include "os/FileSystem.h"
 #include "os/HostFacts.h"
+#include "support/ModuleDirectory.h"
 #include "support/FormatText.h"
 
 namespace {
 
 constexpr const char* kLoopbackAddress = "127.0.0.1";
 constexpr const char* kDefaultName = "AgentLog";
-
-std::string Bounded(const char* text) {
-    std::string bounded(text);
-    if (bounded.size() > VLog::kTextCapacity) {
-        bounded.resize(VLog::kTextCapacity);
-    }
-    return bounded;
-}
-
-// The executable's directory with its trailing backslash; the whole path when
-// it has no backslash.
-std::string ExecutableDirectory() {
-    std::string path;
-    if (vagent::os::Host().ModuleFileName(vagent::os::Module::Executable, path) != 0) {
-        return std::string();
-    }
-    path = Bounded(path.c_str());
-    const std::size_t slash = path.rfind('\\');
-    if (slash != std::string::npos) {
-        path.resize(slash + 1);
-    }
-    return path;
-}
 
 std::string FirstNonLoopbackAddress() {
     std::vector<std::string> addresses;
@@ -54,13 +32,15 @@ std::string FirstNonLoopbackAddress() {
 VLog::VLog() : VLog(nullptr) {}
 
 VLog::VLog(const char* name)
-    : logDir_(ExecutableDirectory()),
-      logName_(Bounded(name != nullptr ? name : kDefaultName)),
+    : logDir_(vagent::ModuleDirectory(vagent::os::Module::Executable)),
+      logName_(vagent::BoundedText(name != nullptr ? name : kDefaultName)),
       hostAddress_(FirstNonLoopbackAddress()) {}
 
 // A copy opens its own stream at its first write: two objects that shared one
 // stream would close it twice.
-VLog::VLog(const VLog& other) { CopySettings(other); }
+VLog::VLog(const VLog& other) {
+    CopySettings(other);
+}
 
 VLog& VLog::operator=(const VLog& other) {
     if (this != &other) {
@@ -84,7 +64,9 @@ void VLog::CopySettings(const VLog& other) {
     hostAddress_ = other.hostAddress_;
 }
 
-VLog::~VLog() { CloseFile(); }
+VLog::~VLog() {
+    CloseFile();
+}
 
 void VLog::SetLogPara(std::int32_t para1, std::int32_t para2, std::int32_t para3) {
     if (para1 != 0) {
@@ -119,7 +101,7 @@ std::int32_t VLog::SetMsgType(std::int32_t type) {
 void VLog::SetLogInfo(const char* name, const std::int32_t* fileCount,
                       const std::int32_t* maxFileSize) {
     if (name != nullptr) {
-        logName_ = Bounded(name);
+        logName_ = vagent::BoundedText(name);
     }
     if (fileCount != nullptr) {
         fileCount_ = *fileCount;
@@ -129,7 +111,9 @@ void VLog::SetLogInfo(const char* name, const std::int32_t* fileCount,
     }
 }
 
-std::string VLog::BasePath() const { return logDir_ + logName_; }
+std::string VLog::BasePath() const {
+    return logDir_ + logName_;
+}
 
 std::string VLog::NumberedPath(std::int32_t number) const {
     return BasePath() + std::to_string(number) + ".log";
@@ -148,7 +132,9 @@ int VLog::OpenLog() {
     return file_ != nullptr ? 1 : 0;
 }
 
-void VLog::CloseLog() { CloseFile(); }
+void VLog::CloseLog() {
+    CloseFile();
+}
 
 int VLog::BackupCheck() {
     vagent::os::FileSystem& files = vagent::os::Files();
@@ -186,9 +172,8 @@ int VLog::WriteLog(const std::string& text) {
     }
     const vagent::os::LocalTime now = vagent::os::Host().CurrentLocalTime();
     const int written = std::fprintf(file_, "%04d/%02d/%02d %02d:%02d:%02d.%03d | %d | %d | %s\n",
-                                     now.year, now.month, now.day, now.hour, now.minute,
-                                     now.second, now.milliseconds, msgLevel_, msgType_,
-                                     text.c_str());
+                                     now.year, now.month, now.day, now.hour, now.minute, now.second,
+                                     now.milliseconds, msgLevel_, msgType_, text.c_str());
     std::fflush(file_);
     if (written <= 0) {
         CloseFile();
@@ -206,10 +191,8 @@ int VLog::WriteLog(const std::uint8_t* data, int length) {
     }
     const vagent::os::LocalTime now = vagent::os::Host().CurrentLocalTime();
     std::fprintf(file_, "%04d/%02d/%02d %02d:%02d:%02d.%03d | %d | %d | ", now.year, now.month,
-                 now.day, now.hour, now.minute, now.second, now.milliseconds, msgLevel_,
-                 msgType_);
-    const std::size_t count =
-        data != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0;
+                 now.day, now.hour, now.minute, now.second, now.milliseconds, msgLevel_, msgType_);
+    const std::size_t count = data != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0;
     const std::size_t written = count > 0 ? std::fwrite(data, 1, count, file_) : 0;
     std::fputs("\n", file_);
     std::fflush(file_);

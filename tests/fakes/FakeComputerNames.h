@@ -11,7 +11,7 @@ namespace vagent::test {
 // Computer names by format, answered as GetComputerNameExA does; records the
 // format and the capacity of every call.
 class FakeComputerNames final : public os::ComputerNames {
-  public:
+public:
     struct Call {
         std::uint32_t format;
         bool withBuffer;

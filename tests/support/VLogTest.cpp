@@ -27,7 +27,7 @@ namespace {
 // A log whose executable lives in a fresh directory, with a fixed clock and a
 // file system that records its calls.
 class VLogInDirectory : public ::testing::Test {
-  protected:
+protected:
     VLogInDirectory() { host_.executablePath = dir_.LibraryPath() + "host.exe"; }
 
     std::string File(int number) const {

@@ -42,7 +42,8 @@ int EchoTask::Result2Struct(const std::uint8_t* payload, std::uint32_t length, v
     }
     switch (taskId_) {
         case kReverse:
-            return Data2VecTString(payload, length, *static_cast<std::vector<std::string>*>(output));
+            return Data2VecTString(payload, length,
+                                   *static_cast<std::vector<std::string>*>(output));
         case kNonEmpty:
             return Result2Ack(payload, length, *static_cast<std::uint32_t*>(output));
         default:

@@ -117,9 +117,9 @@ TEST(VTask, SetRequestKeepsThePreviousRequestWhenTheDataCannotBeAllocated) {
     EXPECT_EQ(task.SetRequest(RequestFor(second)), 0);
     EXPECT_EQ(failure.Refused(), 1);
     EXPECT_EQ(task.GetRequest()->length, first.size());
-    EXPECT_EQ(std::vector<std::uint8_t>(task.GetRequest()->data,
-                                        task.GetRequest()->data + first.size()),
-              first);
+    EXPECT_EQ(
+        std::vector<std::uint8_t>(task.GetRequest()->data, task.GetRequest()->data + first.size()),
+        first);
 }
 
 TEST(VTask, DeletingThroughTheBaseReleasesTheRequest) {
@@ -148,7 +148,8 @@ TEST(VTask, DoTaskRefusesNullOutputsWithParameterError) {
     std::uint32_t size = 0;
     EXPECT_EQ(task.DoTask(nullptr, &size), 0);
     EXPECT_EQ(task.DoTask(&data, nullptr), 0);
-    EXPECT_THAT(capture.Texts(), ElementsAre("DoTask : Parameter Error", "DoTask : Parameter Error"));
+    EXPECT_THAT(capture.Texts(),
+                ElementsAre("DoTask : Parameter Error", "DoTask : Parameter Error"));
 }
 
 TEST(VTask, DoTaskWithoutRequestStoresInvalidSettingAndReturnsZero) {
@@ -176,8 +177,8 @@ TEST(VTask, DoTaskHandsOutTheOperationsResultBlock) {
     ASSERT_EQ(task.SetRequest(RequestFor(block)), 1);
     const Result result = RunDoTask(task);
     EXPECT_EQ(result.truth, 1);
-    EXPECT_EQ(result.block, (std::vector<std::uint8_t>{0, 0, 0, 11, 0, 0, 0, 2, 'b', 'c', 0, 0,
-                                                       0, 1, 'a'}));
+    EXPECT_EQ(result.block,
+              (std::vector<std::uint8_t>{0, 0, 0, 11, 0, 0, 0, 2, 'b', 'c', 0, 0, 0, 1, 'a'}));
 }
 
 TEST(VTask, DoTaskWithoutResultDataHandsOutAnAcknowledgementOfOne) {
@@ -231,9 +232,9 @@ TEST(VTask, Result2StructRefusesMissingArgumentsWithParameterError) {
     EXPECT_EQ(task.Result2Struct(nullptr, 4, &value), 0);
     EXPECT_EQ(task.Result2Struct(payload, 0, &value), 0);
     EXPECT_EQ(task.Result2Struct(payload, 4, nullptr), 0);
-    EXPECT_THAT(capture.Texts(), ElementsAre("Result2Struct : Parameter Error",
-                                             "Result2Struct : Parameter Error",
-                                             "Result2Struct : Parameter Error"));
+    EXPECT_THAT(capture.Texts(),
+                ElementsAre("Result2Struct : Parameter Error", "Result2Struct : Parameter Error",
+                            "Result2Struct : Parameter Error"));
 }
 
 TEST(VTask, Result2StructDecodesByTaskId) {

@@ -29,7 +29,7 @@ std::uint32_t StatusOf(int error) {
 
 // Closes a descriptor when the scope ends.
 class Descriptor {
-  public:
+public:
     explicit Descriptor(int fd) : fd_(fd) {}
     ~Descriptor() {
         if (fd_ >= 0) {
@@ -46,7 +46,7 @@ class Descriptor {
         return close(fd) == 0;
     }
 
-  private:
+private:
     int fd_;
 };
 

@@ -5,7 +5,7 @@
 namespace vagent::os {
 
 class PosixFileSystem final : public FileSystem {
-  public:
+public:
     bool Exists(const std::string& path) override;
     std::uint32_t Size(const std::string& path, std::uint64_t& size) override;
     std::uint32_t Copy(const std::string& from, const std::string& to, bool failIfExists) override;

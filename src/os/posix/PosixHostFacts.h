@@ -5,7 +5,7 @@
 namespace vagent::os {
 
 class PosixHostFacts final : public HostFacts {
-  public:
+public:
     std::uint32_t ModuleFileName(Module module, std::string& path) override;
     LocalTime CurrentLocalTime() override;
     std::uint32_t AdapterIPv4Addresses(std::vector<std::string>& addresses) override;

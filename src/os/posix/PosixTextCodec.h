@@ -6,7 +6,7 @@ namespace vagent::os {
 
 // The narrow code page of a POSIX host is UTF-8.
 class PosixTextCodec final : public TextCodec {
-  public:
+public:
     std::uint32_t NarrowToWide(const std::string& narrow, std::wstring& wide) override;
     std::uint32_t WideToNarrow(const std::wstring& wide, std::string& narrow) override;
 };

@@ -5,7 +5,7 @@
 namespace vagent::os {
 
 class Win32ComputerNames final : public ComputerNames {
-  public:
+public:
     std::uint32_t ComputerNameEx(std::uint32_t format, char* buffer, std::uint32_t& size) override;
 };
 

@@ -2,10 +2,12 @@
 # wineserver whose services are up before ctest starts, so that none of them
 # holds ctest's output pipe open.
 WINE64=/usr/lib/wine/wine64
+# The project's own prefix, so that a run never disturbs another Wine user.
+export WINEPREFIX=${WINEPREFIX:-$PWD/build/wineprefix}
 
 wine_prepare() {
   export WINEDEBUG=-all
-  if [ ! -f "${WINEPREFIX:-$HOME/.wine}/system.reg" ]; then
+  if [ ! -f "$WINEPREFIX/system.reg" ]; then
     "$WINE64" wineboot -i </dev/null >/dev/null 2>&1 || true
   fi
   wineserver -k 2>/dev/null || true

@@ -64,6 +64,7 @@ private:
     std::string BasePath() const;
     std::string NumberedPath(std::int32_t number) const;
     void CloseFile();
+    void FlushOrClose(bool written);
     void CopySettings(const VLog& other);
 
     std::string logDir_;

@@ -126,6 +126,16 @@ void VLog::CloseFile() {
     }
 }
 
+// A buffered runtime may accept the line and only fail when it is flushed, so
+// the stream's error state counts as a failed write too. Either way the file is
+// closed, and the next message reopens it.
+void VLog::FlushOrClose(bool written) {
+    std::fflush(file_);
+    if (!written || std::ferror(file_) != 0) {
+        CloseFile();
+    }
+}
+
 int VLog::OpenLog() {
     CloseFile();
     file_ = vagent::os::Files().Open(NumberedPath(0), "a+t");
@@ -174,10 +184,7 @@ int VLog::WriteLog(const std::string& text) {
     const int written = std::fprintf(file_, "%04d/%02d/%02d %02d:%02d:%02d.%03d | %d | %d | %s\n",
                                      now.year, now.month, now.day, now.hour, now.minute, now.second,
                                      now.milliseconds, msgLevel_, msgType_, text.c_str());
-    std::fflush(file_);
-    if (written <= 0) {
-        CloseFile();
-    }
+    FlushOrClose(written > 0);
     return 1;
 }
 
@@ -195,10 +202,7 @@ int VLog::WriteLog(const std::uint8_t* data, int length) {
     const std::size_t count = data != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0;
     const std::size_t written = count > 0 ? std::fwrite(data, 1, count, file_) : 0;
     std::fputs("\n", file_);
-    std::fflush(file_);
-    if (written == 0) {
-        CloseFile();
-    }
+    FlushOrClose(written > 0);
     return 1;
 }
 

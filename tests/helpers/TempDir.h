@@ -28,6 +28,8 @@ private:
 std::string ToLibraryPath(const std::filesystem::path& path);
 
 std::string ReadWholeFile(const std::filesystem::path& path);
+// The file as a text-mode reader sees it: a "\r\n" line end reads as "\n".
+std::string ReadTextFile(const std::filesystem::path& path);
 void WriteWholeFile(const std::filesystem::path& path, const std::string& contents);
 
 }  // namespace vagent::test

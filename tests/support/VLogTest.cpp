@@ -18,6 +18,7 @@ using ::testing::ElementsAre;
 using vagent::test::FakeHostFacts;
 using vagent::test::FaultyFileSystem;
 using vagent::test::ParseLogLines;
+using vagent::test::ReadTextFile;
 using vagent::test::ReadWholeFile;
 using vagent::test::TempDir;
 using vagent::test::WriteWholeFile;
@@ -30,8 +31,9 @@ class VLogInDirectory : public ::testing::Test {
 protected:
     VLogInDirectory() { host_.executablePath = dir_.LibraryPath() + "host.exe"; }
 
+    // The log is written in text mode: read it as text.
     std::string File(int number) const {
-        return ReadWholeFile(dir_ / ("AgentLog" + std::to_string(number) + ".log"));
+        return ReadTextFile(dir_ / ("AgentLog" + std::to_string(number) + ".log"));
     }
     bool Exists(int number) const {
         return std::filesystem::exists(dir_ / ("AgentLog" + std::to_string(number) + ".log"));

@@ -1,0 +1,33 @@
+#include "os/SystemMessages.h"
+#include "os/win32/WindowsHeaders.h"
+
+namespace vagent::os {
+namespace {
+
+class Win32SystemMessages final : public SystemMessages {
+public:
+    std::uint32_t MessageText(std::uint32_t code, std::string& text) override {
+        char* buffer = nullptr;
+        const DWORD length =
+            FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
+                               FORMAT_MESSAGE_IGNORE_INSERTS,
+                           nullptr, code, 0, reinterpret_cast<LPSTR>(&buffer), 0, nullptr);
+        if (length == 0 || buffer == nullptr) {
+            const DWORD status = GetLastError();
+            return status != ERROR_SUCCESS ? status : ERROR_MR_MID_NOT_FOUND;
+        }
+        text.assign(buffer, length);
+        LocalFree(buffer);
+        return 0;
+    }
+};
+
+}  // namespace
+
+template <>
+SystemMessages& RealFacility<SystemMessages>() {
+    static Win32SystemMessages real;
+    return real;
+}
+
+}  // namespace vagent::os

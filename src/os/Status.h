@@ -13,10 +13,12 @@ enum Status : std::uint32_t {
     kPathNotFound = 3,
     kAccessDenied = 5,
     kNotEnoughMemory = 8,
-    kFileExists = 80,
+    kNoMoreFiles = 18,
     kNotSupported = 50,
+    kFileExists = 80,
     kInvalidParameter = 87,
     kInsufficientBuffer = 122,
+    kBadPathName = 161,
     kAlreadyExists = 183,
     kMoreData = 234,
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,13 +18,32 @@ public:
     std::uint32_t Copy(const std::string& from, const std::string& to, bool failIfExists) override;
     std::uint32_t Remove(const std::string& path) override;
     std::FILE* Open(const std::string& path, const char* mode) override;
+    std::uint32_t Attributes(const std::string& path, std::uint32_t& attributes) override;
+    std::uint32_t AttributesEx(const std::string& path, os::FileAttributeData& data) override;
+    std::uint32_t SetAttributes(const std::string& path, std::uint32_t attributes) override;
+    std::uint32_t FindFirst(const std::string& pattern, os::FindHandle& handle,
+                            os::FindEntry& entry) override;
+    std::uint32_t FindNext(os::FindHandle handle, os::FindEntry& entry) override;
+    void FindClose(os::FindHandle handle) override;
+    std::uint32_t CreateDirectoryTree(const std::string& path) override;
+    std::int64_t FileLength(std::FILE* file) override;
+    std::uint32_t LogicalDrives() override;
+    std::uint32_t ConnectedDiskNames(std::vector<std::string>& localNames) override;
 
     std::uint32_t sizeStatus = 0;
     std::uint32_t copyStatus = 0;
     std::uint32_t removeStatus = 0;
     bool failOpen = false;
+    // Fails only the opening of this one path.
+    std::string failOpenOf;
     // Hands out a stream that refuses writes, as a full disk would.
     bool openReadOnly = false;
+    // The drive letters the machine reports, instead of the real ones.
+    std::optional<std::uint32_t> drives;
+    // The connected network disks' local names, instead of the real ones;
+    // networkStatus fails the enumeration instead.
+    std::optional<std::vector<std::string>> networkDisks;
+    std::uint32_t networkStatus = 0;
     std::vector<std::string> calls;
 };
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
 #include "helpers/TempDir.h"
 #include "os/Facilities.h"
 #include "os/Status.h"
@@ -80,4 +84,136 @@ TEST(FileSystem, OpenInTextAppendModeCreatesAndAppends) {
 TEST(FileSystem, OpenOfAMissingFileForReadingFails) {
     TempDir dir;
     EXPECT_EQ(Files().Open(ToLibraryPath(dir / "missing"), "rt"), nullptr);
+}
+
+namespace {
+
+std::vector<std::string> SearchNames(const std::string& pattern, std::uint32_t& firstStatus,
+                                     std::uint32_t& lastStatus) {
+    std::vector<std::string> names;
+    vagent::os::FindHandle search = vagent::os::kInvalidFind;
+    vagent::os::FindEntry entry;
+    firstStatus = Files().FindFirst(pattern, search, entry);
+    if (firstStatus != 0) {
+        EXPECT_EQ(search, vagent::os::kInvalidFind);
+        return names;
+    }
+    do {
+        names.push_back(entry.name);
+    } while ((lastStatus = Files().FindNext(search, entry)) == 0);
+    Files().FindClose(search);
+    return names;
+}
+
+}  // namespace
+
+TEST(FileSystem, AttributesTellADirectoryFromAFile) {
+    TempDir dir;
+    WriteWholeFile(dir / "file", "x");
+    std::uint32_t attributes = 0;
+    ASSERT_EQ(Files().Attributes(ToLibraryPath(dir.Path()), attributes), 0u);
+    EXPECT_NE(attributes & vagent::os::kFileAttributeDirectory, 0u);
+    ASSERT_EQ(Files().Attributes(ToLibraryPath(dir / "file"), attributes), 0u);
+    EXPECT_EQ(attributes & vagent::os::kFileAttributeDirectory, 0u);
+}
+
+TEST(FileSystem, AttributesOfAMissingPathFail) {
+    TempDir dir;
+    std::uint32_t attributes = 0;
+    EXPECT_EQ(Files().Attributes(ToLibraryPath(dir / "missing"), attributes),
+              vagent::os::kFileNotFound);
+}
+
+TEST(FileSystem, ExtendedAttributesCarryTheSize) {
+    TempDir dir;
+    WriteWholeFile(dir / "seven", "1234567");
+    vagent::os::FileAttributeData data;
+    ASSERT_EQ(Files().AttributesEx(ToLibraryPath(dir / "seven"), data), 0u);
+    EXPECT_EQ(data.size, 7u);
+    EXPECT_EQ(data.attributes & vagent::os::kFileAttributeDirectory, 0u);
+}
+
+TEST(FileSystem, ReadOnlyAttributeIsStoredAndCleared) {
+    TempDir dir;
+    WriteWholeFile(dir / "ro", "x");
+    const std::string path = ToLibraryPath(dir / "ro");
+    std::uint32_t attributes = 0;
+    ASSERT_EQ(Files().SetAttributes(path, vagent::os::kFileAttributeReadOnly), 0u);
+    ASSERT_EQ(Files().Attributes(path, attributes), 0u);
+    EXPECT_NE(attributes & vagent::os::kFileAttributeReadOnly, 0u);
+    ASSERT_EQ(Files().SetAttributes(path, 0), 0u);
+    ASSERT_EQ(Files().Attributes(path, attributes), 0u);
+    EXPECT_EQ(attributes & vagent::os::kFileAttributeReadOnly, 0u);
+}
+
+TEST(FileSystem, SearchListsEveryEntryWithTheDotsAndEndsWithNoMoreFiles) {
+    TempDir dir;
+    WriteWholeFile(dir / "a.txt", "a");
+    WriteWholeFile(dir / "noext", "b");
+    std::filesystem::create_directory(dir / "sub");
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    std::vector<std::string> names = SearchNames(dir.LibraryPath() + "*.*", first, last);
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(first, 0u);
+    EXPECT_EQ(last, vagent::os::kNoMoreFiles);
+    EXPECT_EQ(names, (std::vector<std::string>{".", "..", "a.txt", "noext", "sub"}));
+}
+
+TEST(FileSystem, SearchPatternFiltersByTheWildCardName) {
+    TempDir dir;
+    WriteWholeFile(dir / "a.txt", "a");
+    WriteWholeFile(dir / "b.log", "b");
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    EXPECT_EQ(SearchNames(dir.LibraryPath() + "*.txt", first, last),
+              (std::vector<std::string>{"a.txt"}));
+}
+
+TEST(FileSystem, SearchThatMatchesNothingFails) {
+    TempDir dir;
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    EXPECT_TRUE(SearchNames(dir.LibraryPath() + "*.none", first, last).empty());
+    EXPECT_EQ(first, vagent::os::kFileNotFound);
+    EXPECT_TRUE(SearchNames(dir.LibraryPath() + "missing\\*", first, last).empty());
+    EXPECT_EQ(first, vagent::os::kPathNotFound);
+}
+
+TEST(FileSystem, DirectoryTreeCreationAnswersZeroThen183And80ForAFile) {
+    TempDir dir;
+    const std::string deep = ToLibraryPath(dir / "one" / "two" / "three");
+    EXPECT_EQ(Files().CreateDirectoryTree(deep), 0u);
+    EXPECT_TRUE(std::filesystem::is_directory(dir / "one" / "two" / "three"));
+    EXPECT_EQ(Files().CreateDirectoryTree(deep), vagent::os::kAlreadyExists);
+    WriteWholeFile(dir / "file", "x");
+    EXPECT_NE(Files().CreateDirectoryTree(ToLibraryPath(dir / "file")), 0u);
+}
+
+TEST(FileSystem, DirectoryTreeCreationRefusesARelativePath) {
+    EXPECT_EQ(Files().CreateDirectoryTree("relative\\dir"), vagent::os::kBadPathName);
+}
+
+TEST(FileSystem, FileLengthOfAnOpenFile) {
+    TempDir dir;
+    WriteWholeFile(dir / "len", "123456789");
+    std::FILE* file = Files().Open(ToLibraryPath(dir / "len"), "rb");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(Files().FileLength(file), 9);
+    std::fclose(file);
+}
+
+TEST(FileSystem, LogicalDrivesIncludeC) {
+    EXPECT_NE(Files().LogicalDrives() & (1u << 2), 0u);
+}
+
+TEST(FileSystem, ConnectedDiskNamesAreNamesOrAFailure) {
+    std::vector<std::string> names;
+    const std::uint32_t status = Files().ConnectedDiskNames(names);
+    if (status != 0) {
+        EXPECT_TRUE(names.empty());
+    }
+    for (const std::string& name : names) {
+        EXPECT_FALSE(name.empty());
+    }
 }

@@ -1,10 +1,13 @@
 #include "os/posix/PosixFileSystem.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <fnmatch.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 
 #include "os/Status.h"
 #include "os/posix/PosixPath.h"
@@ -84,6 +87,64 @@ std::uint32_t CopyContents(int source, int target) {
     }
 }
 
+std::uint32_t AttributesOf(const struct stat& status) {
+    const bool directory = S_ISDIR(status.st_mode);
+    std::uint32_t attributes = directory ? kFileAttributeDirectory : kFileAttributeArchive;
+    if ((status.st_mode & S_IWUSR) == 0) {
+        attributes |= kFileAttributeReadOnly;
+    }
+    return attributes;
+}
+
+// An open search: the directory stream and the wild-card name it filters by.
+struct Search {
+    DIR* directory = nullptr;
+    std::string directoryPath;
+    std::string wildcard;
+};
+
+Search* AsSearch(FindHandle handle) {
+    return reinterpret_cast<Search*>(handle);
+}
+
+// Windows reads "*.*" as every name, dotted or not.
+std::string PosixWildcard(const std::string& windowsWildcard) {
+    return windowsWildcard == "*.*" ? "*" : windowsWildcard;
+}
+
+bool NextMatch(Search& search, FindEntry& entry) {
+    while (dirent* found = readdir(search.directory)) {
+        if (fnmatch(search.wildcard.c_str(), found->d_name, FNM_CASEFOLD) != 0) {
+            continue;
+        }
+        struct stat status {};
+        const std::string full = search.directoryPath + "/" + found->d_name;
+        if (lstat(full.c_str(), &status) != 0) {
+            continue;
+        }
+        entry.name = found->d_name;
+        entry.attributes = AttributesOf(status);
+        return true;
+    }
+    return false;
+}
+
+std::uint32_t MakeDirectories(const std::string& posixPath) {
+    for (std::size_t slash = posixPath.find('/', 1);; slash = posixPath.find('/', slash + 1)) {
+        const std::string prefix = posixPath.substr(0, slash);
+        if (!prefix.empty() && mkdir(prefix.c_str(), 0777) != 0 && errno != EEXIST) {
+            return StatusOf(errno);
+        }
+        struct stat status {};
+        if (!prefix.empty() && (stat(prefix.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))) {
+            return kPathNotFound;
+        }
+        if (slash == std::string::npos) {
+            return 0;
+        }
+    }
+}
+
 }  // namespace
 
 bool PosixFileSystem::Exists(const std::string& path) {
@@ -136,6 +197,110 @@ std::FILE* PosixFileSystem::Open(const std::string& path, const char* mode) {
         }
     }
     return std::fopen(ToPosixPath(path).c_str(), posixMode.c_str());
+}
+
+std::uint32_t PosixFileSystem::Attributes(const std::string& path, std::uint32_t& attributes) {
+    struct stat status {};
+    if (stat(ToPosixPath(path).c_str(), &status) != 0) {
+        return StatusOf(errno);
+    }
+    attributes = AttributesOf(status);
+    return 0;
+}
+
+std::uint32_t PosixFileSystem::AttributesEx(const std::string& path, FileAttributeData& data) {
+    struct stat status {};
+    if (stat(ToPosixPath(path).c_str(), &status) != 0) {
+        return StatusOf(errno);
+    }
+    data.attributes = AttributesOf(status);
+    data.size = S_ISDIR(status.st_mode) ? 0 : static_cast<std::uint64_t>(status.st_size);
+    return 0;
+}
+
+std::uint32_t PosixFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
+    const std::string posixPath = ToPosixPath(path);
+    struct stat status {};
+    if (stat(posixPath.c_str(), &status) != 0) {
+        return StatusOf(errno);
+    }
+    mode_t mode = status.st_mode & 07777;
+    if ((attributes & kFileAttributeReadOnly) != 0) {
+        mode &= static_cast<mode_t>(~(S_IWUSR | S_IWGRP | S_IWOTH));
+    } else {
+        mode |= S_IWUSR;
+    }
+    return chmod(posixPath.c_str(), mode) == 0 ? 0 : StatusOf(errno);
+}
+
+std::uint32_t PosixFileSystem::FindFirst(const std::string& pattern, FindHandle& handle,
+                                         FindEntry& entry) {
+    handle = kInvalidFind;
+    const std::string posixPattern = ToPosixPath(pattern);
+    const std::size_t slash = posixPattern.rfind('/');
+    auto* search = new (std::nothrow) Search;
+    if (search == nullptr) {
+        return kNotEnoughMemory;
+    }
+    search->directoryPath = slash == std::string::npos ? "." : posixPattern.substr(0, slash);
+    if (search->directoryPath.empty()) {
+        search->directoryPath = "/";
+    }
+    search->wildcard =
+        PosixWildcard(slash == std::string::npos ? posixPattern : posixPattern.substr(slash + 1));
+    search->directory = opendir(search->directoryPath.c_str());
+    if (search->directory == nullptr) {
+        const int error = errno;
+        delete search;
+        return error == ENOENT || error == ENOTDIR ? static_cast<std::uint32_t>(kPathNotFound)
+                                                   : StatusOf(error);
+    }
+    if (!NextMatch(*search, entry)) {
+        closedir(search->directory);
+        delete search;
+        return kFileNotFound;
+    }
+    handle = reinterpret_cast<FindHandle>(search);
+    return 0;
+}
+
+std::uint32_t PosixFileSystem::FindNext(FindHandle handle, FindEntry& entry) {
+    return NextMatch(*AsSearch(handle), entry) ? 0u : static_cast<std::uint32_t>(kNoMoreFiles);
+}
+
+void PosixFileSystem::FindClose(FindHandle handle) {
+    Search* search = AsSearch(handle);
+    closedir(search->directory);
+    delete search;
+}
+
+std::uint32_t PosixFileSystem::CreateDirectoryTree(const std::string& path) {
+    const std::string posixPath = ToPosixPath(path);
+    if (posixPath.empty() || posixPath[0] != '/') {
+        return kBadPathName;
+    }
+    struct stat status {};
+    if (stat(posixPath.c_str(), &status) == 0) {
+        return S_ISDIR(status.st_mode) ? kAlreadyExists : kFileExists;
+    }
+    return MakeDirectories(posixPath);
+}
+
+std::int64_t PosixFileSystem::FileLength(std::FILE* file) {
+    struct stat status {};
+    if (fstat(fileno(file), &status) != 0) {
+        return -1;
+    }
+    return static_cast<std::int64_t>(status.st_size);
+}
+
+// The root of the POSIX file system is what the library reaches as C:.
+std::uint32_t PosixFileSystem::LogicalDrives() {
+    return 1u << 2;
+}
+
+std::uint32_t PosixFileSystem::ConnectedDiskNames(std::vector<std::string>& /*localNames*/) {
+    return kNotSupported;
 }
 
 template <>

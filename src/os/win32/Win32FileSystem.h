@@ -11,6 +11,17 @@ public:
     std::uint32_t Copy(const std::string& from, const std::string& to, bool failIfExists) override;
     std::uint32_t Remove(const std::string& path) override;
     std::FILE* Open(const std::string& path, const char* mode) override;
+    std::uint32_t Attributes(const std::string& path, std::uint32_t& attributes) override;
+    std::uint32_t AttributesEx(const std::string& path, FileAttributeData& data) override;
+    std::uint32_t SetAttributes(const std::string& path, std::uint32_t attributes) override;
+    std::uint32_t FindFirst(const std::string& pattern, FindHandle& handle,
+                            FindEntry& entry) override;
+    std::uint32_t FindNext(FindHandle handle, FindEntry& entry) override;
+    void FindClose(FindHandle handle) override;
+    std::uint32_t CreateDirectoryTree(const std::string& path) override;
+    std::int64_t FileLength(std::FILE* file) override;
+    std::uint32_t LogicalDrives() override;
+    std::uint32_t ConnectedDiskNames(std::vector<std::string>& localNames) override;
 };
 
 }  // namespace vagent::os

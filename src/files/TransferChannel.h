@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "vagent/HttpFun.h"
+
+namespace vagent::files {
+
+// One side of a streamed transfer on a connection. With the caller's hooks
+// every frame, piece and receive passes through them one by one; without
+// hooks the bytes are gathered into large sends and read in large receives,
+// the bytes on the wire staying the same.
+class TransferChannel {
+public:
+    TransferChannel(std::uintptr_t socket, HTTP_FUN* callbacks);
+    ~TransferChannel();
+    TransferChannel(const TransferChannel&) = delete;
+    TransferChannel& operator=(const TransferChannel&) = delete;
+
+    bool Hooked() const { return callbacks_ != nullptr; }
+    // The status of the last call that failed, 0 when none failed.
+    std::uint32_t Status() const { return status_; }
+
+    // Sends one frame: its 4-byte little-endian length, then its body. With
+    // hooks, the send hook sees the whole count first and may refuse.
+    bool SendFrame(const std::uint8_t* body, std::uint32_t length);
+    // Sends content bytes. With hooks, the send hook sees the count first; a
+    // refusal does not stop the piece.
+    bool SendContent(const std::uint8_t* data, std::uint32_t count);
+    // Sends whatever has been gathered.
+    bool Flush();
+
+    // Receives exactly count bytes, through the receive hooks when given.
+    bool ReceiveExactly(std::uint8_t* buffer, std::uint32_t count);
+
+private:
+    bool Gather(const std::uint8_t* data, std::uint32_t count);
+    bool SendAll(const std::uint8_t* data, std::uint32_t count);
+    bool ReceiveAll(std::uint8_t* buffer, std::uint32_t count);
+    bool ReceiveThroughHooks(std::uint8_t* buffer, std::uint32_t count);
+    bool Fail(std::uint32_t status);
+
+    std::uintptr_t socket_;
+    HTTP_FUN* callbacks_;
+    std::unique_ptr<std::uint8_t[]> gathered_;
+    std::uint32_t gatheredCount_ = 0;
+    std::uint32_t status_ = 0;
+};
+
+}  // namespace vagent::files

@@ -1,0 +1,274 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "fakes/FakeWindowMessages.h"
+#include "files/FileTaskHarness.h"
+#include "files/Loopback.h"
+#include "helpers/LogCapture.h"
+#include "helpers/TempDir.h"
+#include "os/Sockets.h"
+#include "os/WindowMessages.h"
+#include "task/ByteOrder.h"
+#include "vagent/VFileTask.h"
+
+using vagent::os::SocketHandle;
+using vagent::test::LoopbackListener;
+using vagent::test::LoopbackPair;
+using vagent::test::ReadWholeFile;
+using vagent::test::RequestBlock;
+using vagent::test::RunFileTask;
+using vagent::test::TaskResult;
+using vagent::test::TempDir;
+using vagent::test::ToLibraryPath;
+using vagent::test::WriteWholeFile;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint32_t kFilesCopy = 44;
+constexpr std::uint32_t kUploadFiles = 45;
+
+bool ReceiveCount(SocketHandle socket, std::uint8_t* buffer, std::uint32_t count) {
+    std::uint32_t received = 0;
+    while (received < count) {
+        int got = 0;
+        if (vagent::os::Installed<vagent::os::Sockets>().Receive(
+                socket, buffer + received, static_cast<int>(count - received), 0, got) != 0 ||
+            got <= 0) {
+            return false;
+        }
+        received += static_cast<std::uint32_t>(got);
+    }
+    return true;
+}
+
+std::uint32_t ReceiveBigEndian(SocketHandle socket) {
+    std::uint8_t bytes[4] = {};
+    EXPECT_TRUE(ReceiveCount(socket, bytes, 4));
+    return vagent::ReadBigEndian32(bytes);
+}
+
+// What a relay host received: the request frame, field by field.
+struct ReceivedRequest {
+    std::uint32_t taskId = 0;
+    std::uint32_t workEnv = 0;
+    std::string rootSite;
+    Bytes block;
+};
+
+ReceivedRequest ReadRequestFrame(SocketHandle socket) {
+    ReceivedRequest request;
+    request.taskId = ReceiveBigEndian(socket);
+    request.workEnv = ReceiveBigEndian(socket);
+    request.rootSite.resize(ReceiveBigEndian(socket));
+    ReceiveCount(socket, reinterpret_cast<std::uint8_t*>(&request.rootSite[0]),
+                 static_cast<std::uint32_t>(request.rootSite.size()));
+    request.block.resize(ReceiveBigEndian(socket));
+    ReceiveCount(socket, request.block.data(), static_cast<std::uint32_t>(request.block.size()));
+    return request;
+}
+
+}  // namespace
+
+TEST(FilesCopyTask, StreamsTheTreeToTheRequesterAndEndsWithStatusZero) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "a.txt", "alpha");
+    std::filesystem::create_directory(source / "sub");
+    WriteWholeFile(source / "sub" / "b.txt", "beta");
+    const std::string destination = ToLibraryPath(target / "copy");
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(
+            task, RequestBlock({"", "0", ToLibraryPath(source.Path()), destination, "1", "0"}),
+            pair.Server());
+    });
+    VFileTask requester(kFilesCopy);
+    EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 1);
+    service.join();
+    EXPECT_EQ(served.truth, 1);
+    EXPECT_FALSE(served.hasBlock);
+    EXPECT_EQ(ReadWholeFile(target / "copy" / "a.txt"), "alpha");
+    EXPECT_EQ(ReadWholeFile(target / "copy" / "sub" / "b.txt"), "beta");
+}
+
+TEST(FilesCopyTask, SecondFlagCopiesOnThisHostAndSendsOnlyTheEndFrame) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "a.txt", "alpha");
+    std::filesystem::create_directory(source / "sub");
+    WriteWholeFile(source / "sub" / "b.txt", "beta");
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(task,
+                             RequestBlock({"", "0", ToLibraryPath(source.Path()),
+                                           ToLibraryPath(target / "local"), "0", "1"}),
+                             pair.Server());
+    });
+    VFileTask requester(kFilesCopy);
+    FileFrameHeader header;
+    EXPECT_EQ(requester.ReceiveFrame(pair.Client(), header, nullptr), 2);
+    service.join();
+    EXPECT_EQ(served.truth, 1);
+    EXPECT_EQ(ReadWholeFile(target / "local" / "a.txt"), "alpha");
+    EXPECT_FALSE(std::filesystem::exists(target / "local" / "sub"));
+}
+
+TEST(FilesCopyTask, FailureTravelsToTheRequesterInTheEndFrame) {
+    TempDir source;
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(
+            task, RequestBlock({"", "0", ToLibraryPath(source / "missing"), "C:\\x", "1", "0"}),
+            pair.Server());
+    });
+    VFileTask requester(kFilesCopy);
+    EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
+    service.join();
+    EXPECT_EQ(served.truth, 0);
+    EXPECT_EQ(requester.GetErrorCode(), 2u);
+}
+
+TEST(FilesCopyTask, UnreadableRequestEndsTheExchangeWithInvalidParameter) {
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(task, RequestBlock({"", "0", "C:\\a"}), pair.Server());
+    });
+    VFileTask requester(kFilesCopy);
+    EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
+    service.join();
+    EXPECT_EQ(served.truth, 0);
+    EXPECT_EQ(requester.GetErrorCode(), 0xE6000001u);
+}
+
+TEST(FilesCopyTask, RelayHostIsAskedForTheFilesWhichAreWrittenHere) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "r.txt", "relayed");
+    std::filesystem::create_directory(source / "skip");
+    WriteWholeFile(source / "skip" / "s.txt", "skipped");
+    LoopbackListener relayListener;
+    ReceivedRequest relayed;
+    TaskResult relayServed;
+    std::thread relayHost([&] {
+        const SocketHandle connection = relayListener.Accept();
+        relayed = ReadRequestFrame(connection);
+        VFileTask task(relayed.taskId);
+        relayServed = RunFileTask(task, relayed.block, connection);
+        vagent::os::Installed<vagent::os::Sockets>().Close(connection);
+    });
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        task.SetWorkEnv(3, nullptr);
+        served = RunFileTask(
+            task,
+            RequestBlock({"127.0.0.1", std::to_string(relayListener.Port()),
+                          ToLibraryPath(source.Path()), ToLibraryPath(target / "here"), "0", "1"}),
+            pair.Server());
+    });
+    VFileTask requester(kFilesCopy);
+    FileFrameHeader header;
+    EXPECT_EQ(requester.ReceiveFrame(pair.Client(), header, nullptr), 2);
+    service.join();
+    relayHost.join();
+    EXPECT_EQ(served.truth, 1);
+    EXPECT_EQ(relayServed.truth, 1);
+    EXPECT_EQ(relayed.taskId, kFilesCopy);
+    EXPECT_EQ(relayed.workEnv, 3u);
+    EXPECT_EQ(relayed.block, RequestBlock({"", "0", ToLibraryPath(source.Path()),
+                                           ToLibraryPath(target / "here"), "0", "0"}));
+    EXPECT_EQ(ReadWholeFile(target / "here" / "r.txt"), "relayed");
+    EXPECT_FALSE(std::filesystem::exists(target / "here" / "skip"));
+}
+
+TEST(FilesCopyTask, UnreachableRelayHostFailsWithTheConnectStatus) {
+    vagent::test::LogCapture capture;
+    LoopbackPair pair;
+    std::uint16_t closedPort = 0;
+    {
+        LoopbackListener listener;
+        closedPort = listener.Port();
+    }
+    TaskResult served;
+    std::uint32_t serviceError = 0;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(
+            task,
+            RequestBlock({"127.0.0.1", std::to_string(closedPort), "C:\\a", "C:\\b", "1", "0"}),
+            pair.Server());
+        serviceError = task.GetErrorCode();
+    });
+    VFileTask requester(kFilesCopy);
+    EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
+    service.join();
+    EXPECT_EQ(served.truth, 0);
+    EXPECT_EQ(serviceError, 10061u);
+    EXPECT_EQ(requester.GetErrorCode(), 10061u);
+    EXPECT_THAT(capture.Texts(), ::testing::ElementsAre("connect failed", "ConnectServer failed"));
+}
+
+TEST(UploadFilesTask, ReceivesTheTreeAnswersWithAnEndFrameAndNotifiesTheWindow) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "up.txt", "uploaded");
+    vagent::test::FakeWindowMessages windows;
+    vagent::os::ScopedFacility<vagent::os::WindowMessages> scope(windows);
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kUploadFiles);
+        served = RunFileTask(task, RequestBlock({"4660"}), pair.Server());
+    });
+    VFileTask uploader(kUploadFiles);
+    EXPECT_EQ(uploader.SendTree(pair.Client(), ToLibraryPath(source.Path()),
+                                ToLibraryPath(target / "in"), 1, nullptr),
+              1);
+    EXPECT_EQ(uploader.SendEndFrame(pair.Client(), 0, nullptr), 1);
+    FileFrameHeader header;
+    EXPECT_EQ(uploader.ReceiveFrame(pair.Client(), header, nullptr), 2);
+    service.join();
+    EXPECT_EQ(served.truth, 1);
+    EXPECT_FALSE(served.hasBlock);
+    EXPECT_EQ(ReadWholeFile(target / "in" / "up.txt"), "uploaded");
+    ASSERT_EQ(windows.posted.size(), 1u);
+    EXPECT_EQ(windows.posted[0].window, 4660u);
+    EXPECT_EQ(windows.posted[0].message, 273u);
+    EXPECT_EQ(windows.posted[0].wParam, 0x800Fu);
+    EXPECT_EQ(windows.posted[0].lParam, 0);
+}
+
+TEST(UploadFilesTask, WithoutAWindowNothingIsPostedAndAFailedUploadAnswersItsStatus) {
+    vagent::test::FakeWindowMessages windows;
+    vagent::os::ScopedFacility<vagent::os::WindowMessages> scope(windows);
+    LoopbackPair pair;
+    TaskResult served;
+    std::thread service([&] {
+        VFileTask task(kUploadFiles);
+        served = RunFileTask(task, Bytes{0, 0, 0, 0}, pair.Server());
+    });
+    VFileTask uploader(kUploadFiles);
+    EXPECT_EQ(uploader.SendEndFrame(pair.Client(), 5, nullptr), 1);
+    FileFrameHeader header;
+    EXPECT_EQ(uploader.ReceiveFrame(pair.Client(), header, nullptr), 0);
+    service.join();
+    EXPECT_EQ(served.truth, 0);
+    EXPECT_EQ(uploader.GetErrorCode(), 5u);
+    EXPECT_TRUE(windows.posted.empty());
+}

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 
+#include "vagent/ErrorCodes.h"
 #include "vagent/Export.h"
 #include "vagent/TaskRequest.h"
 
@@ -48,6 +50,28 @@ protected:
     // acknowledgement carrying the truth value. Returns the truth value.
     static int HandOutResult(int succeeded, std::uint8_t* data, std::uint32_t length,
                              std::uint8_t** resultData, std::uint32_t* resultLength);
+    // The DoTask body of a family whose operations all read the request's
+    // payload: runs operation(payload, length, data, size) on it, records an
+    // exhausted allocation as error 8, and hands out the block or the
+    // acknowledgement. A missing or too short request is a failed operation.
+    template <class Operation>
+    int RunOnRequestPayload(std::uint8_t** resultData, std::uint32_t* resultLength,
+                            Operation operation) {
+        const std::uint8_t* payload = nullptr;
+        std::uint32_t length = 0;
+        std::uint8_t* data = nullptr;
+        std::uint32_t size = 0;
+        int result = 0;
+        if (RequestPayload(payload, length)) {
+            try {
+                result = operation(payload, length, data, size);
+            } catch (const std::bad_alloc&) {
+                errorCode_ = vagent::kErrorNotEnoughMemory;
+                result = 0;
+            }
+        }
+        return HandOutResult(result, data, size, resultData, resultLength);
+    }
 
     TaskRequest* request_ = nullptr;
     std::int32_t workEnv_ = 0;

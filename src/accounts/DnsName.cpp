@@ -3,7 +3,7 @@
 #include <new>
 
 #include "os/ComputerNames.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 #include "vagent/DllLog.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/VPrivilege.h"
@@ -50,20 +50,10 @@ int VUserTask::DoTask(std::uint8_t** resultData, std::uint32_t* resultLength) {
     if (!IsUserTaskId(taskId_)) {
         return 0;
     }
-    const std::uint8_t* payload = nullptr;
-    std::uint32_t length = 0;
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    int result = 0;
-    if (RequestPayload(payload, length)) {
-        try {
-            result = RunTask(payload, length, data, size);
-        } catch (const std::bad_alloc&) {
-            errorCode_ = vagent::kErrorNotEnoughMemory;
-            result = 0;
-        }
-    }
-    return HandOutResult(result, data, size, resultData, resultLength);
+    return RunOnRequestPayload(
+        resultData, resultLength,
+        [this](const std::uint8_t* payload, std::uint32_t length, std::uint8_t*& data,
+               std::uint32_t& size) { return RunTask(payload, length, data, size); });
 }
 
 int VUserTask::RunTask(const std::uint8_t* payload, std::uint32_t length, std::uint8_t*& data,

@@ -11,7 +11,7 @@
 #include "files/TransferFrame.h"
 #include "os/FileSystem.h"
 #include "task/ByteOrder.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 
 namespace vagent::files {
 namespace {

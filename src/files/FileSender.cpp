@@ -9,7 +9,7 @@
 #include "files/TextCompare.h"
 #include "files/TransferFrame.h"
 #include "os/FileSystem.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 
 namespace vagent::files {
 namespace {

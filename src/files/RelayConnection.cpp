@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 #include "vagent/DllLog.h"
 #include "vagent/LdapRootSite.h"
 #include "vagent/ResultEncoders.h"

@@ -6,7 +6,7 @@
 
 #include "os/Sockets.h"
 #include "task/ByteOrder.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 
 namespace vagent::files {
 namespace {

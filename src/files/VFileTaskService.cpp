@@ -8,7 +8,7 @@
 #include "files/ListingCodecs.h"
 #include "files/RelayConnection.h"
 #include "os/WindowMessages.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/VFileTask.h"

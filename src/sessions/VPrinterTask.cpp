@@ -5,7 +5,7 @@
 
 #include "sessions/PrinterCodecs.h"
 #include "sessions/PrinterEnumeration.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "sessions/SessionOperations.h"
 #include "sessions/SingleSignOn.h"
 #include "sessions/SystemSettings.h"
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/SessionRecords.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "task/ErrorCodes.h"
+#include "vagent/ErrorCodes.h"
 #include "vagent/VTask.h"
 
 namespace vagent::test {

@@ -1,10 +1,9 @@
 #include "files/ListingCodecs.h"
 
 #include <algorithm>
-#include <cstring>
-#include <new>
 
 #include "task/ByteOrder.h"
+#include "task/ItemBlock.h"
 #include "vagent/DataItemCursor.h"
 #include "vagent/DllLog.h"
 
@@ -16,42 +15,15 @@ constexpr std::uint32_t kFieldSize = 4;
 constexpr std::uint32_t kNumberItemSize = 8;
 // The name buffer of a listing decode: 1,027 characters and a terminator.
 constexpr std::uint32_t kNameBufferSize = 1028;
-constexpr std::uint64_t kLargestPayload = 0xFFFFFFFFull - kFieldSize;
 
-std::uint8_t* WriteNumberItem(std::uint8_t* at, std::int32_t value) {
-    WriteBigEndian32(at, kFieldSize);
-    WriteBigEndian32(at + kFieldSize, static_cast<std::uint32_t>(value));
-    return at + kNumberItemSize;
-}
-
-std::uint8_t* WriteNameItem(std::uint8_t* at, const std::string& name) {
-    WriteBigEndian32(at, static_cast<std::uint32_t>(name.size()));
-    if (!name.empty()) {
-        std::memcpy(at + kFieldSize, name.data(), name.size());
-    }
-    return at + kFieldSize + name.size();
-}
-
-// One allocation of the whole block with its prefix written; null after the
+// One allocation of the whole block with its prefix written; false after the
 // encoder's allocation message, which names P + 4.
-std::uint8_t* NewBlock(const char* encoder, std::uint64_t payload) {
-    std::uint8_t* block = nullptr;
-    if (payload <= kLargestPayload) {
-        block = new (std::nothrow) std::uint8_t[static_cast<std::size_t>(payload + kFieldSize)];
-    }
-    if (block == nullptr) {
+bool AllocateBlock(ItemBlock& block, const char* encoder, std::uint64_t payload) {
+    if (!block.Allocate(payload)) {
         DllLogPrintf("%s : new [%d] bytes failed", encoder, static_cast<int>(payload + kFieldSize));
-        return nullptr;
+        return false;
     }
-    WriteBigEndian32(block, static_cast<std::uint32_t>(payload));
-    return block;
-}
-
-int HandOut(std::uint8_t* filled, std::uint64_t payload, std::uint8_t*& block,
-            std::uint32_t& blockSize) {
-    block = filled;
-    blockSize = static_cast<std::uint32_t>(payload + kFieldSize);
-    return 1;
+    return true;
 }
 
 // Walks the items, handing each to take with its index; take returns false to
@@ -96,15 +68,16 @@ int VecFileAttr2Result(const std::vector<FileAttrA>& entries, std::uint8_t*& blo
         DllLogPrintf("VecFileAttr2Result : Parameter Error, dwSize = %ld", 0L);
         return 0;
     }
-    std::uint8_t* filled = NewBlock("VecFileAttr2Result", payload);
-    if (filled == nullptr) {
+    ItemBlock filled;
+    if (!AllocateBlock(filled, "VecFileAttr2Result", payload)) {
         return 0;
     }
-    std::uint8_t* at = filled + kFieldSize;
     for (const FileAttrA& entry : entries) {
-        at = WriteNumberItem(WriteNameItem(at, entry.name), entry.attribute);
+        filled.PutText(entry.name);
+        filled.PutNumber(entry.attribute);
     }
-    return HandOut(filled, payload, block, blockSize);
+    block = filled.Release(blockSize);
+    return 1;
 }
 
 int Result2FileAttr(const std::uint8_t* payload, std::uint32_t length,
@@ -136,15 +109,16 @@ int ExistAttr2Result(const std::vector<ExistAttr>& answers, std::uint8_t*& block
         DllLogPrintf("ExistAttr2Result : dwSize = %ld", 0L);
         return 0;
     }
-    std::uint8_t* filled = NewBlock("ExistAttr2Result", payload);
-    if (filled == nullptr) {
+    ItemBlock filled;
+    if (!AllocateBlock(filled, "ExistAttr2Result", payload)) {
         return 0;
     }
-    std::uint8_t* at = filled + kFieldSize;
     for (const ExistAttr& answer : answers) {
-        at = WriteNumberItem(WriteNumberItem(at, answer.exists), answer.directory);
+        filled.PutNumber(answer.exists);
+        filled.PutNumber(answer.directory);
     }
-    return HandOut(filled, payload, block, blockSize);
+    block = filled.Release(blockSize);
+    return 1;
 }
 
 int Result2ExistAttr(const std::uint8_t* payload, std::uint32_t length,

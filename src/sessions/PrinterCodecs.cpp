@@ -1,6 +1,7 @@
 #include "sessions/PrinterCodecs.h"
 
-#include "sessions/ItemBlock.h"
+#include "task/ByteOrder.h"
+#include "task/ItemBlock.h"
 #include "vagent/DataItemCursor.h"
 #include "vagent/DllLog.h"
 
@@ -54,7 +55,7 @@ int Result2PrintInfo(const std::uint8_t* payload, std::uint32_t length,
             return 0;
         }
         if (isNumber) {
-            printer.sessionId = static_cast<int>(BigEndianWord(item));
+            printer.sessionId = static_cast<int>(ReadBigEndian32(item));
         } else {
             printer.printerName.assign(reinterpret_cast<const char*>(item), itemLength);
             printers.push_back(printer);

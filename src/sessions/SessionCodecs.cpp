@@ -1,6 +1,7 @@
 #include "sessions/SessionCodecs.h"
 
-#include "sessions/ItemBlock.h"
+#include "task/ByteOrder.h"
+#include "task/ItemBlock.h"
 #include "vagent/DataItemCursor.h"
 #include "vagent/DllLog.h"
 
@@ -31,7 +32,7 @@ bool AssignSessionItem(std::uint32_t index, const std::uint8_t* item, std::uint3
     switch (index % kItemsPerSession) {
         case 0:
             record = _VXSessionA();
-            record.sessionId = static_cast<int>(BigEndianWord(item));
+            record.sessionId = static_cast<int>(ReadBigEndian32(item));
             return false;
         case 1:
             record.info1 = text;
@@ -90,7 +91,7 @@ int Result2SessionCount(const std::uint8_t* payload, std::uint32_t length, int& 
         DllLogPrintf("Result2SessionCount : Parameter Error");
         return 0;
     }
-    count = static_cast<int>(BigEndianWord(payload));
+    count = static_cast<int>(ReadBigEndian32(payload));
     return count >= 0 ? 1 : 0;
 }
 

@@ -31,7 +31,4 @@ private:
     std::uint32_t at_ = 0;
 };
 
-// Reads a 4-byte big-endian word.
-std::uint32_t BigEndianWord(const std::uint8_t* bytes);
-
 }  // namespace vagent

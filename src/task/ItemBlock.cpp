@@ -1,7 +1,9 @@
-#include "sessions/ItemBlock.h"
+#include "task/ItemBlock.h"
 
 #include <cstring>
 #include <new>
+
+#include "task/ByteOrder.h"
 
 namespace vagent {
 namespace {
@@ -26,10 +28,7 @@ bool ItemBlock::Allocate(std::uint64_t payload) {
 }
 
 void ItemBlock::PutWord(std::uint32_t word) {
-    block_[at_] = static_cast<std::uint8_t>(word >> 24);
-    block_[at_ + 1] = static_cast<std::uint8_t>(word >> 16);
-    block_[at_ + 2] = static_cast<std::uint8_t>(word >> 8);
-    block_[at_ + 3] = static_cast<std::uint8_t>(word);
+    WriteBigEndian32(block_.get() + at_, word);
     at_ += 4;
 }
 
@@ -49,11 +48,6 @@ void ItemBlock::PutText(const std::string& text) {
 std::uint8_t* ItemBlock::Release(std::uint32_t& size) {
     size = size_;
     return block_.release();
-}
-
-std::uint32_t BigEndianWord(const std::uint8_t* bytes) {
-    return static_cast<std::uint32_t>(bytes[0]) << 24 | static_cast<std::uint32_t>(bytes[1]) << 16 |
-           static_cast<std::uint32_t>(bytes[2]) << 8 | static_cast<std::uint32_t>(bytes[3]);
 }
 
 }  // namespace vagent

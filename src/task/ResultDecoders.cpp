@@ -1,6 +1,7 @@
 #include "vagent/ResultDecoders.h"
 
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <new>
 #include <utility>
@@ -59,12 +60,44 @@ int DecodeWithScratch(const char* decoder, const std::uint8_t* payload, std::uin
 
 const auto kClearedBefore = [] {};
 
+// The number of whole items before the payload ends or breaks; only read to
+// size the outputs once, so it walks the length fields without logging.
+std::size_t CountItems(const std::uint8_t* payload, std::uint32_t size) {
+    std::size_t count = 0;
+    std::uint32_t at = 0;
+    while (size - at >= 4) {
+        const std::uint32_t length = vagent::ReadBigEndian32(payload + at);
+        if (length > size - at - 4) {
+            break;
+        }
+        at += 4 + length;
+        ++count;
+    }
+    return count;
+}
+
+// Makes room for the records a payload holds, sparing the regrowth of large
+// lists. Room that cannot be had is no failure: the records still fit one by
+// one.
+template <typename Records>
+void ReserveFor(Records& records, std::size_t count) {
+    try {
+        records.reserve(count);
+    } catch (const std::exception&) {
+        return;
+    }
+}
+
 }  // namespace
 
 int Data2VecTString(const std::uint8_t* payload, std::uint32_t size,
                     std::vector<std::string>& vec) {
     return DecodeWithScratch(
-        "Data2VecTString", payload, size, [&vec] { vec.clear(); },
+        "Data2VecTString", payload, size,
+        [&vec, payload, size] {
+            vec.clear();
+            ReserveFor(vec, CountItems(payload, size));
+        },
         [&vec](std::uint32_t, std::string text) { vec.push_back(std::move(text)); });
 }
 
@@ -117,6 +150,7 @@ int Data2VecTString3(const std::uint8_t* payload, std::uint32_t size,
 int Data2VecUser(const std::uint8_t* payload, std::uint32_t size,
                  std::vector<_VXUserInfoA>& users) {
     users.clear();
+    ReserveFor(users, CountItems(payload, size) / 2);
     char scratch[kUserScratchSize];
     _VXUserInfoA user;
     return DecodeItems("Data2VecUser", payload, size, scratch, kUserScratchSize,

@@ -2,6 +2,7 @@
 # wineserver whose services are up before ctest starts, so that none of them
 # holds ctest's output pipe open.
 WINE64=/usr/lib/wine/wine64
+WINESERVER=/usr/lib/wine/wineserver
 # The project's own prefix, so that a run never disturbs another Wine user.
 export WINEPREFIX=${WINEPREFIX:-$PWD/build/wineprefix}
 
@@ -10,12 +11,12 @@ wine_prepare() {
   if [ ! -f "$WINEPREFIX/system.reg" ]; then
     "$WINE64" wineboot -i </dev/null >/dev/null 2>&1 || true
   fi
-  wineserver -k 2>/dev/null || true
-  wineserver -w 2>/dev/null || true
-  wineserver -p
+  "$WINESERVER" -k 2>/dev/null || true
+  "$WINESERVER" -w 2>/dev/null || true
+  "$WINESERVER" -p
   "$WINE64" wineboot </dev/null >/dev/null 2>&1 || true
 }
 
 wine_finish() {
-  wineserver -k 2>/dev/null || true
+  "$WINESERVER" -k 2>/dev/null || true
 }

@@ -1,6 +1,5 @@
 #include "accounts/ServerDiscovery.h"
 
-#include <cctype>
 #include <new>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "os/NetApi.h"
 #include "os/Status.h"
 #include "vagent/DllLog.h"
+#include "support/TextCompare.h"
 
 namespace {
 
@@ -30,19 +30,6 @@ std::uint32_t EnumerateServers(std::uint32_t& resumeHandle, NetBatch<ServerInfo1
 
 bool IsController(std::uint32_t type) {
     return (type & vagent::os::kServerTypeDomainControllers) != 0;
-}
-
-bool SameNameIgnoringCase(const std::string& left, const std::string& right) {
-    if (left.size() != right.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(left[i])) !=
-            std::tolower(static_cast<unsigned char>(right[i]))) {
-            return false;
-        }
-    }
-    return true;
 }
 
 // Where this machine stands in the server list: found, and if so whether it
@@ -80,7 +67,7 @@ bool FindThisMachine(const char* serverListFailedText, ListedRole& role) {
         for (int i = 0; items != nullptr && i < count; ++i) {
             std::string name;
             wstring2string(items[i].name, name);
-            if (SameNameIgnoringCase(name, ownName)) {
+            if (vagent::EqualsIgnoringCase(name, ownName)) {
                 role.found = true;
                 role.controller = items[i].isDomainController != 0;
                 break;

@@ -1,7 +1,6 @@
 #include "vagent/VUserTask.h"
 
 #include <algorithm>
-#include <cctype>
 #include <memory>
 
 #include "accounts/ComScope.h"
@@ -18,6 +17,7 @@
 #include "os/NetApi.h"
 #include "vagent/DllLog.h"
 #include "vagent/LdapRootSite.h"
+#include "support/TextCompare.h"
 
 namespace {
 
@@ -31,11 +31,7 @@ vagent::os::Directory& TheDirectory() {
 }
 
 bool IsBuiltinContainer(const std::string& container) {
-    const std::string builtin = "builtin";
-    return container.size() == builtin.size() &&
-           std::equal(container.begin(), container.end(), builtin.begin(), [](char a, char b) {
-               return std::tolower(static_cast<unsigned char>(a)) == b;
-           });
+    return vagent::EqualsIgnoringCase(container, "builtin");
 }
 
 // The first count elements of a list.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "files/TextCompare.h"
+#include "support/TextCompare.h"
 #include "os/FileSystem.h"
 
 namespace vagent::files {

@@ -6,7 +6,7 @@
 #include <new>
 
 #include "files/FileStatus.h"
-#include "files/TextCompare.h"
+#include "support/TextCompare.h"
 #include "files/TransferFrame.h"
 #include "os/FileSystem.h"
 #include "vagent/ErrorCodes.h"

@@ -1,7 +1,7 @@
 #include "files/LocalCopy.h"
 
 #include "files/DirectoryCreation.h"
-#include "files/TextCompare.h"
+#include "support/TextCompare.h"
 #include "os/FileSystem.h"
 #include "os/Status.h"
 

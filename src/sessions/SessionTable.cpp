@@ -1,6 +1,5 @@
 #include "sessions/SessionTable.h"
 
-#include <cctype>
 #include <new>
 #include <vector>
 
@@ -8,25 +7,13 @@
 #include "os/TerminalServices.h"
 #include "sessions/SessionNames.h"
 #include "vagent/SessionTable.h"
+#include "support/TextCompare.h"
 
 namespace vagent {
 namespace {
 
 // Records are kept untouched for this long after the first call.
 constexpr std::int64_t kGraceSeconds = 60;
-
-bool BeginsWithIgnoringCase(const std::string& text, const std::string& prefix) {
-    if (text.size() < prefix.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < prefix.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(text[i])) !=
-            std::tolower(static_cast<unsigned char>(prefix[i]))) {
-            return false;
-        }
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -75,7 +62,7 @@ void SessionTable::Prune() {
 bool SessionTable::IdByMac(const std::string& mac, int& id) const {
     std::lock_guard<std::recursive_mutex> hold(lock_);
     for (const auto& entry : records_) {
-        if (BeginsWithIgnoringCase(entry.second.macAddress, mac)) {
+        if (vagent::StartsWithIgnoringCase(entry.second.macAddress, mac)) {
             id = entry.second.sessionId;
             return true;
         }

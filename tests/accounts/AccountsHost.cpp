@@ -3,22 +3,8 @@
 #include <algorithm>
 
 #include "vagent/LdapRootSite.h"
-#include "vagent/ResultEncoders.h"
 
 namespace vagent::test {
-namespace {
-
-std::vector<std::uint8_t> Adopt(int made, std::uint8_t* data, std::uint32_t size) {
-    std::vector<std::uint8_t> block;
-    if (made != 0 && data != nullptr) {
-        block.assign(data, data + size);
-    }
-    delete[] data;
-    return block;
-}
-
-}  // namespace
-
 bool WatchedCom::Balanced() const {
     return initializations == uninitializations &&
            std::all_of(liveAtUninitialize.begin(), liveAtUninitialize.end(),
@@ -51,61 +37,24 @@ FakeDirectory::Entry& AccountsHost::AddDirectoryGroup(const std::wstring& name) 
     return directory.AddEntry(UsersDn(name), L"group");
 }
 
-std::vector<std::uint8_t> ListBlock(const std::vector<std::string>& items) {
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    const int made = VecTStringToResult(items, data, size);
-    return Adopt(made, data, size);
-}
-
-std::vector<std::uint8_t> PairBlock(const std::vector<std::string>& first,
-                                    const std::vector<std::string>& second) {
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    const int made = VecTString2ToResult(first, second, data, size);
-    return Adopt(made, data, size);
-}
-
-std::vector<std::uint8_t> TripleBlock(const std::vector<std::string>& first,
-                                      const std::vector<std::string>& second,
-                                      const std::vector<std::string>& third) {
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    const int made = VecTString3ToResult(first, second, third, data, size);
-    return Adopt(made, data, size);
-}
-
-std::vector<std::uint8_t> HeadBlock(const std::string& head, const std::vector<std::string>& rest) {
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    const int made = StrVecToResult(head, rest, data, size);
-    return Adopt(made, data, size);
-}
-
-long long TaskAnswer::Ack() const {
-    if (block.size() != 8 || block[0] != 0 || block[1] != 0 || block[2] != 0 || block[3] != 4) {
+long long ClientAck(VTask& task, const TaskAnswer& answer) {
+    std::uint32_t value = 0;
+    if (task.Result2Struct(answer.Payload(), answer.PayloadLength(), &value) == 0) {
         return -1;
     }
-    return static_cast<long long>(block[4]) << 24 | static_cast<long long>(block[5]) << 16 |
-           static_cast<long long>(block[6]) << 8 | static_cast<long long>(block[7]);
+    return value;
 }
 
-TaskAnswer RunTask(VTask& task, const std::vector<std::uint8_t>& request, int workEnv) {
-    std::vector<std::uint8_t> copy = request;
-    TaskRequest record;
-    record.length = static_cast<std::uint32_t>(copy.size());
-    record.data = copy.empty() ? nullptr : copy.data();
-    task.SetRequest(record);
-    task.SetWorkEnv(workEnv, nullptr);
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    TaskAnswer answer;
-    answer.truth = task.DoTask(&data, &size);
-    if (data != nullptr) {
-        answer.block.assign(data, data + size);
+std::vector<std::string> Records(const std::vector<_VXUserInfoA>& records) {
+    std::vector<std::string> texts;
+    for (const _VXUserInfoA& record : records) {
+        texts.push_back(record.name + "|" + record.comment);
     }
-    delete[] data;
-    return answer;
+    return texts;
+}
+
+std::vector<std::string> List(std::initializer_list<const char*> items) {
+    return std::vector<std::string>(items.begin(), items.end());
 }
 
 }  // namespace vagent::test

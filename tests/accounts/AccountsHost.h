@@ -1,9 +1,12 @@
 #pragma once
 
+#include <initializer_list>
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "helpers/TaskRun.h"
+#include "vagent/UserRecords.h"
 #include "fakes/FakeComputerNames.h"
 #include "fakes/FakeDirectory.h"
 #include "fakes/FakeLocalAccounts.h"
@@ -76,29 +79,12 @@ private:
     std::string savedRootSite_;
 };
 
-// A request block as a client builds it.
-std::vector<std::uint8_t> ListBlock(const std::vector<std::string>& items);
-std::vector<std::uint8_t> PairBlock(const std::vector<std::string>& first,
-                                    const std::vector<std::string>& second);
-std::vector<std::uint8_t> TripleBlock(const std::vector<std::string>& first,
-                                      const std::vector<std::string>& second,
-                                      const std::vector<std::string>& third);
-std::vector<std::uint8_t> HeadBlock(const std::string& head, const std::vector<std::string>& rest);
+// The acknowledgement a client decodes from an answer; -1 when it cannot.
+long long ClientAck(VTask& task, const TaskAnswer& answer);
 
-// What DoTask answered: its truth value and the result block.
-struct TaskAnswer {
-    int truth = -1;
-    std::vector<std::uint8_t> block;
-    // The block's payload, as the client hands it to Result2Struct.
-    const std::uint8_t* Payload() const { return block.size() > 4 ? block.data() + 4 : nullptr; }
-    std::uint32_t PayloadLength() const {
-        return block.size() > 4 ? static_cast<std::uint32_t>(block.size() - 4) : 0;
-    }
-    // The acknowledgement value the block carries; -1 when it is none.
-    long long Ack() const;
-};
+// Each record as "name|comment", for comparing lists of records.
+std::vector<std::string> Records(const std::vector<_VXUserInfoA>& records);
 
-// Gives the task the request and the work environment, runs DoTask.
-TaskAnswer RunTask(VTask& task, const std::vector<std::uint8_t>& request, int workEnv);
+std::vector<std::string> List(std::initializer_list<const char*> items);
 
 }  // namespace vagent::test

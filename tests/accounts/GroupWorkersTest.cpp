@@ -11,6 +11,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using vagent::test::AccountsHost;
 using vagent::test::FakeDirectory;
+using vagent::test::List;
 
 namespace {
 
@@ -19,10 +20,6 @@ class DomainGroupTask : public VGroupTask {
 public:
     DomainGroupTask() : VGroupTask(0) { SetWorkEnv(1, nullptr); }
 };
-
-std::vector<std::string> List(std::initializer_list<const char*> items) {
-    return std::vector<std::string>(items.begin(), items.end());
-}
 
 std::vector<std::string> Names(const std::vector<_VXUserInfoA>& records) {
     std::vector<std::string> names;

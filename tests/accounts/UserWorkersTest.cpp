@@ -12,6 +12,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using vagent::test::AccountsHost;
 using vagent::test::FakeDirectory;
+using vagent::test::List;
 
 namespace {
 
@@ -20,10 +21,6 @@ class DomainUserTask : public VUserTask {
 public:
     DomainUserTask() : VUserTask(0) { SetWorkEnv(1, nullptr); }
 };
-
-std::vector<std::string> List(std::initializer_list<const char*> items) {
-    return std::vector<std::string>(items.begin(), items.end());
-}
 
 }  // namespace
 

@@ -11,10 +11,12 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using vagent::test::AccountsHost;
+using vagent::test::ClientAck;
 using vagent::test::FakeLocalAccounts;
 using vagent::test::HeadBlock;
 using vagent::test::ListBlock;
 using vagent::test::PairBlock;
+using vagent::test::Records;
 using vagent::test::RunTask;
 using vagent::test::TaskAnswer;
 using vagent::test::TripleBlock;
@@ -23,23 +25,6 @@ namespace {
 
 constexpr int kLocal = 0;
 constexpr int kDomain = 1;
-
-// The acknowledgement the client decodes from an answer.
-long long ClientAck(VUserTask& task, const TaskAnswer& answer) {
-    std::uint32_t value = 0;
-    if (task.Result2Struct(answer.Payload(), answer.PayloadLength(), &value) == 0) {
-        return -1;
-    }
-    return value;
-}
-
-std::vector<std::string> Records(const std::vector<_VXUserInfoA>& records) {
-    std::vector<std::string> texts;
-    for (const _VXUserInfoA& record : records) {
-        texts.push_back(record.name + "|" + record.comment);
-    }
-    return texts;
-}
 
 }  // namespace
 

@@ -10,9 +10,9 @@ using vagent::os::Installed;
 using vagent::os::ServiceHandle;
 using vagent::os::ServiceManager;
 using vagent::test::DecodeResult;
-using vagent::test::RequestBlock;
+using vagent::test::ListBlock;
 using vagent::test::RunFileTask;
-using vagent::test::TaskResult;
+using vagent::test::TaskAnswer;
 
 // The host tasks against this system's own implementation.
 
@@ -62,7 +62,7 @@ private:
 
 std::string ServiceAccount(std::uint32_t& errorCode) {
     VFileTask task(46);
-    const TaskResult result = RunFileTask(task, RequestBlock({kTaskTestService}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({kTaskTestService}));
     errorCode = task.GetErrorCode();
     std::string account;
     if (result.truth == 1) {
@@ -75,7 +75,7 @@ std::string ServiceAccount(std::uint32_t& errorCode) {
 
 TEST(HostOnThisSystem, ImageDirectoryIsTheDirectoryOfThisProgram) {
     VFileTask task(31);
-    const TaskResult result = RunFileTask(task, {0, 0, 0, 0});
+    const TaskAnswer result = RunFileTask(task, {0, 0, 0, 0});
     ASSERT_EQ(result.truth, 1);
     std::string directory;
     ASSERT_EQ(DecodeResult(31, result, &directory), 1);
@@ -89,7 +89,7 @@ TEST(HostOnThisSystem, ImageDirectoryIsTheDirectoryOfThisProgram) {
 
 TEST(HostOnThisSystem, HostNameIsNotEmpty) {
     VFileTask task(34);
-    const TaskResult result = RunFileTask(task, {0, 0, 0, 0});
+    const TaskAnswer result = RunFileTask(task, {0, 0, 0, 0});
     ASSERT_EQ(result.truth, 1) << task.GetErrorCode();
     std::string name;
     ASSERT_EQ(DecodeResult(34, result, &name), 1);
@@ -108,8 +108,8 @@ TEST(HostOnThisSystem, ServiceAccountIsQueriedAndChangedThroughTheTasks) {
     EXPECT_EQ(ServiceAccount(errorCode), "LocalSystem");
     EXPECT_EQ(errorCode, 0u);
     VFileTask change(47);
-    const TaskResult changed =
-        RunFileTask(change, RequestBlock({kTaskTestService, ".\\vagentsvc", "Secret1"}));
+    const TaskAnswer changed =
+        RunFileTask(change, ListBlock({kTaskTestService, ".\\vagentsvc", "Secret1"}));
     EXPECT_EQ(changed.truth, 1) << change.GetErrorCode();
     EXPECT_EQ(changed.block, (std::vector<std::uint8_t>{0, 0, 0, 4, 0, 0, 0, 1}));
     EXPECT_EQ(ServiceAccount(errorCode), ".\\vagentsvc");
@@ -118,9 +118,9 @@ TEST(HostOnThisSystem, ServiceAccountIsQueriedAndChangedThroughTheTasks) {
 TEST(HostOnThisSystem, MissingServiceLeavesTheOpenError) {
     std::uint32_t errorCode = 0;
     VFileTask task(46);
-    const TaskResult result = RunFileTask(task, RequestBlock({"NoSuchVagentService"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"NoSuchVagentService"}));
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
     errorCode = task.GetErrorCode();
     EXPECT_TRUE(errorCode == vagent::os::kServiceDoesNotExist ||
                 errorCode == vagent::os::kNotSupported)

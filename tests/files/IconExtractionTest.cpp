@@ -20,10 +20,10 @@ using vagent::test::DecodeResult;
 using vagent::test::FakeEnvironment;
 using vagent::test::FakeModuleResources;
 using vagent::test::LogCapture;
-using vagent::test::PairRequestBlock;
+using vagent::test::PairBlock;
 using vagent::test::ReadWholeFile;
 using vagent::test::RunFileTask;
-using vagent::test::TaskResult;
+using vagent::test::TaskAnswer;
 using vagent::test::TempDir;
 using vagent::test::ToLibraryPath;
 
@@ -153,7 +153,7 @@ TEST(CreateIconsTask, SendsEachIconBackUnderTheNameTheRequestGave) {
     vagent::os::ScopedFacility<vagent::os::Environment> environmentScope(environment);
     VFileTask task(kCreateIconsTask);
     const std::string wanted = ToLibraryPath(client / "shortcut.ico");
-    const TaskResult result = RunFileTask(task, PairRequestBlock({"C:\\app.exe"}, {wanted}));
+    const TaskAnswer result = RunFileTask(task, PairBlock({"C:\\app.exe"}, {wanted}));
     EXPECT_EQ(result.truth, 1);
     int unused = 0;
     EXPECT_EQ(DecodeResult(kCreateIconsTask, result, &unused), 1);
@@ -167,9 +167,9 @@ TEST(CreateIconsTask, FailureMakesNoBlock) {
     vagent::os::ScopedFacility<vagent::os::ModuleResources> resourcesScope(resources);
     vagent::os::ScopedFacility<vagent::os::Environment> environmentScope(environment);
     VFileTask task(kCreateIconsTask);
-    const TaskResult result = RunFileTask(task, PairRequestBlock({"C:\\none.exe"}, {"n.ico"}));
+    const TaskAnswer result = RunFileTask(task, PairBlock({"C:\\none.exe"}, {"n.ico"}));
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
     EXPECT_EQ(task.GetErrorCode(), vagent::os::kFileNotFound);
 }
 
@@ -185,7 +185,7 @@ TEST(CreateIconsOnThisSystem, IconOfTheSampleProgramIsTheIconItWasBuiltFrom) {
     TempDir client;
     const std::string wanted = ToLibraryPath(client / "sample.ico");
     VFileTask task(kCreateIconsTask);
-    const TaskResult result = RunFileTask(task, PairRequestBlock({program}, {wanted}));
+    const TaskAnswer result = RunFileTask(task, PairBlock({program}, {wanted}));
     if (loaded == vagent::os::kNotSupported) {
         EXPECT_EQ(result.truth, 0);
         EXPECT_EQ(task.GetErrorCode(), vagent::os::kNotSupported);

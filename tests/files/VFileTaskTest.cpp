@@ -26,10 +26,10 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using vagent::test::DecodeResult;
+using vagent::test::ListBlock;
 using vagent::test::LogCapture;
-using vagent::test::RequestBlock;
 using vagent::test::RunFileTask;
-using vagent::test::TaskResult;
+using vagent::test::TaskAnswer;
 using vagent::test::TempDir;
 using vagent::test::ToLibraryPath;
 using vagent::test::WriteWholeFile;
@@ -68,9 +68,9 @@ TEST(VFileTaskDoTask, IdsOutsideTheFamilyAndUnservedIdsFailWithoutABlock) {
     LogCapture capture;
     for (std::uint32_t id : {1u, 27u, 32u, 33u, 36u, 37u, 40u, 41u, 42u, 43u, 48u}) {
         VFileTask task(id);
-        const TaskResult result = RunFileTask(task, RequestBlock({"x"}));
+        const TaskAnswer result = RunFileTask(task, ListBlock({"x"}));
         EXPECT_EQ(result.truth, 0) << id;
-        EXPECT_FALSE(result.hasBlock) << id;
+        EXPECT_TRUE(result.block.empty()) << id;
     }
     EXPECT_THAT(capture.Texts(), IsEmpty());
 }
@@ -81,7 +81,7 @@ TEST(VFileTaskDoTask, DirListWithNoItemsListsTheDrives) {
     files.networkDisks = std::vector<std::string>{};
     vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
     VFileTask task(28);
-    const TaskResult result = RunFileTask(task, kNoItems);
+    const TaskAnswer result = RunFileTask(task, kNoItems);
     EXPECT_EQ(result.truth, 1);
     std::vector<FileAttrA> entries;
     ASSERT_EQ(DecodeResult(28, result, &entries), 1);
@@ -95,7 +95,7 @@ TEST(VFileTaskDoTask, DirListRoundTripsTheListing) {
     WriteWholeFile(dir / "b", "b");
     std::filesystem::create_directory(dir / "a");
     VFileTask task(28);
-    const TaskResult result = RunFileTask(task, RequestBlock({dir.LibraryPath() + "*"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({dir.LibraryPath() + "*"}));
     EXPECT_EQ(result.truth, 1);
     std::vector<FileAttrA> entries;
     ASSERT_EQ(DecodeResult(28, result, &entries), 1);
@@ -109,34 +109,34 @@ TEST(VFileTaskDoTask, DirListRoundTripsTheListing) {
 TEST(VFileTaskDoTask, DirListThatMatchesNothingFailsWithoutABlock) {
     TempDir dir;
     VFileTask task(28);
-    const TaskResult result = RunFileTask(task, RequestBlock({dir.LibraryPath() + "none\\*"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({dir.LibraryPath() + "none\\*"}));
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
 }
 
 TEST(VFileTaskDoTask, DirListOfAnEmptyDirectorySucceedsWithoutABlock) {
     LogCapture capture;
     TempDir dir;
     VFileTask task(28);
-    const TaskResult result = RunFileTask(task, RequestBlock({dir.LibraryPath() + "*"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({dir.LibraryPath() + "*"}));
     EXPECT_EQ(result.truth, 1);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
     EXPECT_THAT(capture.Texts(), ElementsAre("VecFileAttr2Result : Parameter Error, dwSize = 0"));
 }
 
 TEST(VFileTaskDoTask, RequestShorterThanItsPrefixFailsTheDecoding) {
     VFileTask task(28);
-    const TaskResult result = RunFileTask(task, Bytes{0, 0});
+    const TaskAnswer result = RunFileTask(task, Bytes{0, 0});
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
 }
 
 TEST(VFileTaskDoTask, MalformedRequestFailsWithoutABlock) {
     LogCapture capture;
     VFileTask task(29);
-    const TaskResult result = RunFileTask(task, Bytes{0, 0, 0, 5, 0, 0, 0, 9, 'x'});
+    const TaskAnswer result = RunFileTask(task, Bytes{0, 0, 0, 5, 0, 0, 0, 9, 'x'});
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
     EXPECT_THAT(capture.Texts(), ElementsAre("GetNextDataItem : Data Format Error!",
                                              "Data2VecTString : Data Format Error"));
 }
@@ -145,11 +145,11 @@ TEST(VFileTaskDoTask, IsFileExistRoundTripsEveryAnswer) {
     TempDir dir;
     WriteWholeFile(dir / "f", "f");
     VFileTask task(29);
-    const TaskResult result =
-        RunFileTask(task, RequestBlock({ToLibraryPath(dir.Path()), ToLibraryPath(dir / "gone"),
-                                        ToLibraryPath(dir / "f")}));
+    const TaskAnswer result =
+        RunFileTask(task, ListBlock({ToLibraryPath(dir.Path()), ToLibraryPath(dir / "gone"),
+                                     ToLibraryPath(dir / "f")}));
     EXPECT_EQ(result.truth, 1);
-    EXPECT_EQ(result.Payload(),
+    EXPECT_EQ(result.PayloadBytes(),
               (Bytes{0, 0, 0, 4, 0, 0, 0, 1, 0, 0, 0, 4, 0, 0, 0, 1, 0, 0, 0, 4, 0, 0, 0, 0,
                      0, 0, 0, 4, 0, 0, 0, 1, 0, 0, 0, 4, 0, 0, 0, 1, 0, 0, 0, 4, 0, 0, 0, 0}));
     std::vector<ExistAttr> answers;
@@ -164,7 +164,7 @@ TEST(VFileTaskDoTask, ImageDirectoryOfAProgramAtADrivesRootIsTheRoot) {
     host.executablePath = "C:\\vagentd.exe";
     vagent::os::ScopedFacility<vagent::os::HostFacts> scope(host);
     VFileTask task(31);
-    const TaskResult result = RunFileTask(task, kNoItems);
+    const TaskAnswer result = RunFileTask(task, kNoItems);
     EXPECT_EQ(result.truth, 1);
     std::string directory;
     ASSERT_EQ(DecodeResult(31, result, &directory), 1);
@@ -186,7 +186,7 @@ TEST(VFileTaskDoTask, HostNameIsTheDnsHostNameBetweenBalancedComCalls) {
     vagent::os::ScopedFacility<vagent::os::ComputerNames> namesScope(names);
     vagent::os::ScopedFacility<vagent::os::Com> comScope(com);
     VFileTask task(34);
-    const TaskResult result = RunFileTask(task, kNoItems);
+    const TaskAnswer result = RunFileTask(task, kNoItems);
     EXPECT_EQ(result.truth, 1);
     std::string name;
     ASSERT_EQ(DecodeResult(34, result, &name), 1);
@@ -203,7 +203,7 @@ TEST(VFileTaskDoTask, HostVersionTravelsAsDecimalText) {
     version.record = vagent::os::VersionRecord{5, 2, 3790, 2};
     vagent::os::ScopedFacility<vagent::os::VersionInfo> scope(version);
     VFileTask task(35);
-    const TaskResult result = RunFileTask(task, kNoItems);
+    const TaskAnswer result = RunFileTask(task, kNoItems);
     EXPECT_EQ(result.truth, 1);
     EXPECT_EQ(result.block, (Bytes{0, 0, 0, 5, 0, 0, 0, 1, '9'}));
     int code = -1;
@@ -216,27 +216,27 @@ TEST(VFileTaskDoTask, HostVersionThatCannotBeReadFailsWithoutABlock) {
     version.status = 87;
     vagent::os::ScopedFacility<vagent::os::VersionInfo> scope(version);
     VFileTask task(35);
-    const TaskResult result = RunFileTask(task, kNoItems);
+    const TaskAnswer result = RunFileTask(task, kNoItems);
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
     EXPECT_EQ(task.GetErrorCode(), 87u);
 }
 
 TEST(VFileTaskDoTask, IsProcess32AlwaysReportsFailureWithoutABlock) {
     VFileTask task(38);
-    const TaskResult result = RunFileTask(task, RequestBlock({"notepad.exe"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"notepad.exe"}));
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
 }
 
-TEST(VFileTaskResult2Struct, IsProcess32ReadsANumberOnlyFromExactlyOneItem) {
-    TaskResult one;
-    one.block = RequestBlock({"32"});
+TEST(VFileTaskAnswer2Struct, IsProcess32ReadsANumberOnlyFromExactlyOneItem) {
+    TaskAnswer one;
+    one.block = ListBlock({"32"});
     int value = 0;
     EXPECT_EQ(DecodeResult(38, one, &value), 1);
     EXPECT_EQ(value, 32);
-    TaskResult two;
-    two.block = RequestBlock({"32", "64"});
+    TaskAnswer two;
+    two.block = ListBlock({"32", "64"});
     value = 0;
     EXPECT_EQ(DecodeResult(38, two, &value), 0);
     EXPECT_EQ(value, 0);
@@ -244,7 +244,7 @@ TEST(VFileTaskResult2Struct, IsProcess32ReadsANumberOnlyFromExactlyOneItem) {
 
 TEST(VFileTaskDoTask, LdapObjectTestWithOneItemAnswersAnAcknowledgementOfZero) {
     VFileTask task(39);
-    const TaskResult result = RunFileTask(task, RequestBlock({"jdoe"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"jdoe"}));
     EXPECT_EQ(result.truth, 0);
     EXPECT_EQ(result.block, kAckZero);
 }
@@ -259,7 +259,7 @@ TEST(VFileTaskDoTask, LdapObjectTestBindsTheNameUnderTheRootSiteAndTheDomain) {
     vagent::os::ScopedFacility<vagent::os::Directory> directoryScope(directory);
     ScopedRootSite root("CN=Users");
     VFileTask task(39);
-    const TaskResult result = RunFileTask(task, RequestBlock({"jdoe", "0"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"jdoe", "0"}));
     EXPECT_EQ(result.truth, 1);
     EXPECT_EQ(result.block, kAckOne);
     EXPECT_THAT(directory.CallsStartingWith("Bind"),
@@ -278,7 +278,7 @@ TEST(VFileTaskDoTask, LdapObjectTestUsesAPathInSmallLettersUnchanged) {
     vagent::os::ScopedFacility<vagent::os::Com> comScope(com);
     vagent::os::ScopedFacility<vagent::os::Directory> directoryScope(directory);
     VFileTask task(39);
-    const TaskResult result = RunFileTask(task, RequestBlock({"ldap://CN=x,DC=corp", "1"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"ldap://CN=x,DC=corp", "1"}));
     EXPECT_EQ(result.truth, 0);
     EXPECT_EQ(result.block, kAckZero);
     EXPECT_THAT(directory.CallsStartingWith("Bind"), ElementsAre("BindGroup ldap://CN=x,DC=corp"));
@@ -323,7 +323,7 @@ TEST(VFileTaskDoTask, ServiceAccountRoundTripsTheStartName) {
     services.services["Spooler"].config.hasStartName = true;
     vagent::os::ScopedFacility<vagent::os::ServiceManager> scope(services);
     VFileTask task(46);
-    const TaskResult result = RunFileTask(task, RequestBlock({"Spooler"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"Spooler"}));
     EXPECT_EQ(result.truth, 1);
     std::string account;
     ASSERT_EQ(DecodeResult(46, result, &account), 1);
@@ -337,9 +337,9 @@ TEST(VFileTaskDoTask, MissingServiceFailsAndLeavesTheOpenError) {
     vagent::test::FakeServiceManager services;
     vagent::os::ScopedFacility<vagent::os::ServiceManager> scope(services);
     VFileTask task(46);
-    const TaskResult result = RunFileTask(task, RequestBlock({"NoSuchService"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"NoSuchService"}));
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
     EXPECT_EQ(task.GetErrorCode(), 1060u);
     EXPECT_EQ(services.openHandles, 0);
 }
@@ -349,9 +349,9 @@ TEST(VFileTaskDoTask, ServiceWithoutAStartNameFailsWithoutABlock) {
     services.services["Bare"];
     vagent::os::ScopedFacility<vagent::os::ServiceManager> scope(services);
     VFileTask task(46);
-    const TaskResult result = RunFileTask(task, RequestBlock({"Bare"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"Bare"}));
     EXPECT_EQ(result.truth, 0);
-    EXPECT_FALSE(result.hasBlock);
+    EXPECT_TRUE(result.block.empty());
 }
 
 TEST(VFileTaskDoTask, ServiceChangeSetsAccountPasswordAndTheKeyNameAsDisplayName) {
@@ -359,7 +359,7 @@ TEST(VFileTaskDoTask, ServiceChangeSetsAccountPasswordAndTheKeyNameAsDisplayName
     services.services["Agent"].config.displayName = "The Agent";
     vagent::os::ScopedFacility<vagent::os::ServiceManager> scope(services);
     VFileTask task(47);
-    const TaskResult result = RunFileTask(task, RequestBlock({"Agent", ".\\svc", "secret"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"Agent", ".\\svc", "secret"}));
     EXPECT_EQ(result.truth, 1);
     EXPECT_EQ(result.block, kAckOne);
     EXPECT_EQ(services.services["Agent"].config.startName, ".\\svc");
@@ -378,7 +378,7 @@ TEST(VFileTaskDoTask, FailedServiceChangeStillArrivesAsAWellFormedAcknowledgemen
     services.changeStatus = 5;
     vagent::os::ScopedFacility<vagent::os::ServiceManager> scope(services);
     VFileTask task(47);
-    const TaskResult result = RunFileTask(task, RequestBlock({"Agent", "a", "p"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"Agent", "a", "p"}));
     EXPECT_EQ(result.truth, 0);
     EXPECT_EQ(result.block, kAckZero);
     EXPECT_EQ(task.GetErrorCode(), 5u);
@@ -391,22 +391,22 @@ TEST(VFileTaskDoTask, ServiceChangeWithFewerThanThreeItemsAnswersZero) {
     vagent::test::FakeServiceManager services;
     vagent::os::ScopedFacility<vagent::os::ServiceManager> scope(services);
     VFileTask task(47);
-    const TaskResult result = RunFileTask(task, RequestBlock({"Agent", "a"}));
+    const TaskAnswer result = RunFileTask(task, ListBlock({"Agent", "a"}));
     EXPECT_EQ(result.truth, 0);
     EXPECT_EQ(result.block, kAckZero);
     EXPECT_THAT(services.calls, IsEmpty());
 }
 
-TEST(VFileTaskResult2Struct, UnknownIdLogsItsNumber) {
+TEST(VFileTaskAnswer2Struct, UnknownIdLogsItsNumber) {
     LogCapture capture;
-    TaskResult result;
-    result.block = RequestBlock({"x"});
+    TaskAnswer result;
+    result.block = ListBlock({"x"});
     int output = 0;
     EXPECT_EQ(DecodeResult(32, result, &output), 0);
     EXPECT_THAT(capture.Texts(), ElementsAre("Result2Struct : Unknow Task Id = [32]"));
 }
 
-TEST(VFileTaskResult2Struct, MissingPayloadOrOutputIsAParameterError) {
+TEST(VFileTaskAnswer2Struct, MissingPayloadOrOutputIsAParameterError) {
     LogCapture capture;
     VFileTask client(34);
     const std::uint8_t payload[4] = {0, 0, 0, 0};
@@ -419,8 +419,8 @@ TEST(VFileTaskResult2Struct, MissingPayloadOrOutputIsAParameterError) {
                             "Result2Struct : Parameter Error"));
 }
 
-TEST(VFileTaskResult2Struct, TransferAcknowledgementsYieldTheValueCarried) {
-    TaskResult result;
+TEST(VFileTaskAnswer2Struct, TransferAcknowledgementsYieldTheValueCarried) {
+    TaskAnswer result;
     result.block = Bytes{0, 0, 0, 4, 0, 0, 0, 7};
     int carried = 0;
     EXPECT_EQ(DecodeResult(44, result, &carried), 1);
@@ -430,8 +430,8 @@ TEST(VFileTaskResult2Struct, TransferAcknowledgementsYieldTheValueCarried) {
     EXPECT_EQ(carried, 7);
 }
 
-TEST(VFileTaskResult2Struct, HostVersionWithoutItemsIsZero) {
-    TaskResult result;
+TEST(VFileTaskAnswer2Struct, HostVersionWithoutItemsIsZero) {
+    TaskAnswer result;
     result.block = Bytes{0, 0, 0, 4, 0, 0, 0, 0};
     int code = 5;
     EXPECT_EQ(DecodeResult(35, result, &code), 1);

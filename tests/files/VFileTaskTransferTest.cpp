@@ -17,12 +17,12 @@
 #include "vagent/VFileTask.h"
 
 using vagent::os::SocketHandle;
+using vagent::test::ListBlock;
 using vagent::test::LoopbackListener;
 using vagent::test::LoopbackPair;
 using vagent::test::ReadWholeFile;
-using vagent::test::RequestBlock;
 using vagent::test::RunFileTask;
-using vagent::test::TaskResult;
+using vagent::test::TaskAnswer;
 using vagent::test::TempDir;
 using vagent::test::ToLibraryPath;
 using vagent::test::WriteWholeFile;
@@ -84,18 +84,18 @@ TEST(FilesCopyTask, StreamsTheTreeToTheRequesterAndEndsWithStatusZero) {
     WriteWholeFile(source / "sub" / "b.txt", "beta");
     const std::string destination = ToLibraryPath(target / "copy");
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kFilesCopy);
         served = RunFileTask(
-            task, RequestBlock({"", "0", ToLibraryPath(source.Path()), destination, "1", "0"}),
+            task, ListBlock({"", "0", ToLibraryPath(source.Path()), destination, "1", "0"}),
             pair.Server());
     });
     VFileTask requester(kFilesCopy);
     EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 1);
     service.join();
     EXPECT_EQ(served.truth, 1);
-    EXPECT_FALSE(served.hasBlock);
+    EXPECT_TRUE(served.block.empty());
     EXPECT_EQ(ReadWholeFile(target / "copy" / "a.txt"), "alpha");
     EXPECT_EQ(ReadWholeFile(target / "copy" / "sub" / "b.txt"), "beta");
 }
@@ -107,12 +107,12 @@ TEST(FilesCopyTask, SecondFlagCopiesOnThisHostAndSendsOnlyTheEndFrame) {
     std::filesystem::create_directory(source / "sub");
     WriteWholeFile(source / "sub" / "b.txt", "beta");
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kFilesCopy);
         served = RunFileTask(task,
-                             RequestBlock({"", "0", ToLibraryPath(source.Path()),
-                                           ToLibraryPath(target / "local"), "0", "1"}),
+                             ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                        ToLibraryPath(target / "local"), "0", "1"}),
                              pair.Server());
     });
     VFileTask requester(kFilesCopy);
@@ -127,11 +127,11 @@ TEST(FilesCopyTask, SecondFlagCopiesOnThisHostAndSendsOnlyTheEndFrame) {
 TEST(FilesCopyTask, FailureTravelsToTheRequesterInTheEndFrame) {
     TempDir source;
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kFilesCopy);
         served = RunFileTask(
-            task, RequestBlock({"", "0", ToLibraryPath(source / "missing"), "C:\\x", "1", "0"}),
+            task, ListBlock({"", "0", ToLibraryPath(source / "missing"), "C:\\x", "1", "0"}),
             pair.Server());
     });
     VFileTask requester(kFilesCopy);
@@ -143,10 +143,10 @@ TEST(FilesCopyTask, FailureTravelsToTheRequesterInTheEndFrame) {
 
 TEST(FilesCopyTask, UnreadableRequestEndsTheExchangeWithInvalidParameter) {
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kFilesCopy);
-        served = RunFileTask(task, RequestBlock({"", "0", "C:\\a"}), pair.Server());
+        served = RunFileTask(task, ListBlock({"", "0", "C:\\a"}), pair.Server());
     });
     VFileTask requester(kFilesCopy);
     EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
@@ -163,7 +163,7 @@ TEST(FilesCopyTask, RelayHostIsAskedForTheFilesWhichAreWrittenHere) {
     WriteWholeFile(source / "skip" / "s.txt", "skipped");
     LoopbackListener relayListener;
     ReceivedRequest relayed;
-    TaskResult relayServed;
+    TaskAnswer relayServed;
     std::thread relayHost([&] {
         const SocketHandle connection = relayListener.Accept();
         relayed = ReadRequestFrame(connection);
@@ -172,14 +172,14 @@ TEST(FilesCopyTask, RelayHostIsAskedForTheFilesWhichAreWrittenHere) {
         vagent::os::Installed<vagent::os::Sockets>().Close(connection);
     });
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kFilesCopy);
         task.SetWorkEnv(3, nullptr);
         served = RunFileTask(
             task,
-            RequestBlock({"127.0.0.1", std::to_string(relayListener.Port()),
-                          ToLibraryPath(source.Path()), ToLibraryPath(target / "here"), "0", "1"}),
+            ListBlock({"127.0.0.1", std::to_string(relayListener.Port()),
+                       ToLibraryPath(source.Path()), ToLibraryPath(target / "here"), "0", "1"}),
             pair.Server());
     });
     VFileTask requester(kFilesCopy);
@@ -191,8 +191,8 @@ TEST(FilesCopyTask, RelayHostIsAskedForTheFilesWhichAreWrittenHere) {
     EXPECT_EQ(relayServed.truth, 1);
     EXPECT_EQ(relayed.taskId, kFilesCopy);
     EXPECT_EQ(relayed.workEnv, 3u);
-    EXPECT_EQ(relayed.block, RequestBlock({"", "0", ToLibraryPath(source.Path()),
-                                           ToLibraryPath(target / "here"), "0", "0"}));
+    EXPECT_EQ(relayed.block, ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                        ToLibraryPath(target / "here"), "0", "0"}));
     EXPECT_EQ(ReadWholeFile(target / "here" / "r.txt"), "relayed");
     EXPECT_FALSE(std::filesystem::exists(target / "here" / "skip"));
 }
@@ -205,13 +205,12 @@ TEST(FilesCopyTask, UnreachableRelayHostFailsWithTheConnectStatus) {
         LoopbackListener listener;
         closedPort = listener.Port();
     }
-    TaskResult served;
+    TaskAnswer served;
     std::uint32_t serviceError = 0;
     std::thread service([&] {
         VFileTask task(kFilesCopy);
         served = RunFileTask(
-            task,
-            RequestBlock({"127.0.0.1", std::to_string(closedPort), "C:\\a", "C:\\b", "1", "0"}),
+            task, ListBlock({"127.0.0.1", std::to_string(closedPort), "C:\\a", "C:\\b", "1", "0"}),
             pair.Server());
         serviceError = task.GetErrorCode();
     });
@@ -231,10 +230,10 @@ TEST(UploadFilesTask, ReceivesTheTreeAnswersWithAnEndFrameAndNotifiesTheWindow) 
     vagent::test::FakeWindowMessages windows;
     vagent::os::ScopedFacility<vagent::os::WindowMessages> scope(windows);
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kUploadFiles);
-        served = RunFileTask(task, RequestBlock({"4660"}), pair.Server());
+        served = RunFileTask(task, ListBlock({"4660"}), pair.Server());
     });
     VFileTask uploader(kUploadFiles);
     EXPECT_EQ(uploader.SendTree(pair.Client(), ToLibraryPath(source.Path()),
@@ -245,7 +244,7 @@ TEST(UploadFilesTask, ReceivesTheTreeAnswersWithAnEndFrameAndNotifiesTheWindow) 
     EXPECT_EQ(uploader.ReceiveFrame(pair.Client(), header, nullptr), 2);
     service.join();
     EXPECT_EQ(served.truth, 1);
-    EXPECT_FALSE(served.hasBlock);
+    EXPECT_TRUE(served.block.empty());
     EXPECT_EQ(ReadWholeFile(target / "in" / "up.txt"), "uploaded");
     ASSERT_EQ(windows.posted.size(), 1u);
     EXPECT_EQ(windows.posted[0].window, 4660u);
@@ -258,7 +257,7 @@ TEST(UploadFilesTask, WithoutAWindowNothingIsPostedAndAFailedUploadAnswersItsSta
     vagent::test::FakeWindowMessages windows;
     vagent::os::ScopedFacility<vagent::os::WindowMessages> scope(windows);
     LoopbackPair pair;
-    TaskResult served;
+    TaskAnswer served;
     std::thread service([&] {
         VFileTask task(kUploadFiles);
         served = RunFileTask(task, Bytes{0, 0, 0, 0}, pair.Server());

@@ -10,32 +10,13 @@
 #include "fakes/FakeSpooler.h"
 #include "fakes/FakeSystemMessages.h"
 #include "fakes/FakeTerminalServices.h"
+#include "helpers/TaskRun.h"
 #include "helpers/TempDir.h"
 #include "os/Facilities.h"
 #include "vagent/TaskRequest.h"
 #include "vagent/VTask.h"
 
 namespace vagent::test {
-
-// A request block as a client sends it: the string items of the list.
-std::vector<std::uint8_t> RequestBlockOf(const std::vector<std::string>& items);
-
-// Gives the task the block as the agent service does.
-void GiveRequest(VTask& task, std::vector<std::uint8_t>& block);
-
-// What DoTask answered.
-struct TaskAnswer {
-    int truth = -1;
-    std::vector<std::uint8_t> block;  // empty when nothing was handed out
-};
-
-TaskAnswer RunDoTask(VTask& task);
-
-// The answer's payload handed to a client task's Result2Struct.
-int DecodeAnswer(VTask& client, const TaskAnswer& answer, void* output);
-
-// The payload of an acknowledgement block, or -1 when the block is not one.
-std::int64_t AcknowledgedValue(const TaskAnswer& answer);
 
 // The Windows host the session tasks run on: a terminal server, a clock, a
 // message table, a registry, a spooler, and the library and the executable

@@ -12,8 +12,8 @@ using ::testing::ElementsAre;
 using vagent::test::DecodeAnswer;
 using vagent::test::FakeSessionHost;
 using vagent::test::GiveRequest;
+using vagent::test::ListBlock;
 using vagent::test::LogCapture;
-using vagent::test::RequestBlockOf;
 using vagent::test::RunDoTask;
 using vagent::test::TaskAnswer;
 

@@ -12,12 +12,11 @@
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using vagent::test::AcknowledgedValue;
 using vagent::test::DecodeAnswer;
 using vagent::test::FakeSessionHost;
 using vagent::test::GiveRequest;
+using vagent::test::ListBlock;
 using vagent::test::LogCapture;
-using vagent::test::RequestBlockOf;
 using vagent::test::RunDoTask;
 using vagent::test::TaskAnswer;
 
@@ -29,7 +28,7 @@ constexpr char kTerminalServerKey[] = "SYSTEM\\CurrentControlSet\\Control\\Termi
 
 TaskAnswer RunWithItems(std::uint32_t id, const std::vector<std::string>& items) {
     VSessionTask task(id);
-    std::vector<std::uint8_t> block = RequestBlockOf(items);
+    std::vector<std::uint8_t> block = ListBlock(items);
     GiveRequest(task, block);
     return RunDoTask(task);
 }
@@ -249,7 +248,7 @@ TEST(VSessionTask, Task36WithAZeroFlagDisconnects) {
     FakeSessionHost host;
     host.server.AddSession(4, "VXP#4", vagent::os::kSessionActive);
     const TaskAnswer answer = RunWithItems(36, {"4", "0"});
-    EXPECT_EQ(AcknowledgedValue(answer), 1);
+    EXPECT_EQ(answer.Ack(), 1);
     ASSERT_EQ(host.server.disconnects.size(), 1u);
     EXPECT_EQ(host.server.disconnects[0].sessionId, 4u);
     EXPECT_THAT(host.server.logoffs, IsEmpty());
@@ -259,7 +258,7 @@ TEST(VSessionTask, Task36ThatFailsIsAcknowledgedWithZero) {
     FakeSessionHost host;
     const TaskAnswer answer = RunWithItems(36, {"4", "1"});
     EXPECT_EQ(answer.truth, 0);
-    EXPECT_EQ(AcknowledgedValue(answer), 0);
+    EXPECT_EQ(answer.Ack(), 0);
 }
 
 TEST(VSessionTask, Task36WithOneItemIsAcknowledgedWithOneAndNobodyIsLoggedOff) {
@@ -267,7 +266,7 @@ TEST(VSessionTask, Task36WithOneItemIsAcknowledgedWithOneAndNobodyIsLoggedOff) {
     host.server.AddSession(4, "VXP#4", vagent::os::kSessionActive);
     const TaskAnswer answer = RunWithItems(36, {"4"});
     EXPECT_EQ(answer.truth, 1);
-    EXPECT_EQ(AcknowledgedValue(answer), 1);
+    EXPECT_EQ(answer.Ack(), 1);
     EXPECT_THAT(host.server.logoffs, IsEmpty());
     EXPECT_THAT(host.server.disconnects, IsEmpty());
 }
@@ -290,7 +289,7 @@ TEST(VSessionTask, Task43IsAcknowledgedWithOneEvenWhenNoSessionReceivedTheMessag
     host.server.enumerateStatus = 5;
     const TaskAnswer answer = RunWithItems(43, {"t", "m"});
     EXPECT_EQ(answer.truth, 1);
-    EXPECT_EQ(AcknowledgedValue(answer), 1);
+    EXPECT_EQ(answer.Ack(), 1);
     EXPECT_THAT(host.server.messages, IsEmpty());
 }
 
@@ -300,7 +299,7 @@ TEST(VSessionTask, Task43IsAcknowledgedWithOneWhenNoSessionBelongsToThisSystem) 
     host.server.AddSession(1, "Console", vagent::os::kSessionActive);
     const TaskAnswer answer = RunWithItems(43, {"t", "m"});
     EXPECT_EQ(answer.truth, 1);
-    EXPECT_EQ(AcknowledgedValue(answer), 1);
+    EXPECT_EQ(answer.Ack(), 1);
     EXPECT_THAT(host.server.messages, IsEmpty());
 }
 
@@ -326,7 +325,7 @@ TEST(VSessionTask, Task40WithoutTheExecutablesPathIsAcknowledgedWithZero) {
     host.host.moduleStatus = 2;
     const TaskAnswer answer = RunWithItems(40, {"1"});
     EXPECT_EQ(answer.truth, 0);
-    EXPECT_EQ(AcknowledgedValue(answer), 0);
+    EXPECT_EQ(answer.Ack(), 0);
 }
 
 TEST(VSessionTask, AcknowledgedTasksWithoutARequestAnswerZero) {
@@ -336,7 +335,7 @@ TEST(VSessionTask, AcknowledgedTasksWithoutARequestAnswerZero) {
         VSessionTask task(id);
         const TaskAnswer answer = RunDoTask(task);
         EXPECT_EQ(answer.truth, 0) << id;
-        EXPECT_EQ(AcknowledgedValue(answer), 0) << id;
+        EXPECT_EQ(answer.Ack(), 0) << id;
     }
     EXPECT_THAT(host.server.logoffs, IsEmpty());
     EXPECT_THAT(host.server.messages, IsEmpty());
@@ -369,7 +368,7 @@ TEST(VSessionTask, MalformedRequestsAreRefusedWithinTheirBounds) {
                 EXPECT_EQ(answer.truth, 0) << id;
                 EXPECT_TRUE(answer.block.empty()) << id;
             } else if (id >= 36) {
-                EXPECT_EQ(AcknowledgedValue(answer), 0) << id;
+                EXPECT_EQ(answer.Ack(), 0) << id;
             }
         }
     }

@@ -9,11 +9,15 @@
 
 #include "helpers/FailingAllocation.h"
 #include "helpers/LogCapture.h"
+#include "helpers/TaskRun.h"
 #include "task/EchoTask.h"
 #include "vagent/ResultEncoders.h"
 
 using ::testing::ElementsAre;
 using vagent::test::EchoTask;
+using vagent::test::ListBlock;
+using vagent::test::RunDoTask;
+using vagent::test::TaskAnswer;
 
 namespace {
 
@@ -29,32 +33,6 @@ TaskRequest RequestFor(std::vector<std::uint8_t>& block, std::uintptr_t connecti
     return request;
 }
 
-std::vector<std::uint8_t> BlockOf(const std::vector<std::string>& strings) {
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    EXPECT_EQ(VecTStringToResult(strings, data, size), 1);
-    std::vector<std::uint8_t> block(data, data + size);
-    delete[] data;
-    return block;
-}
-
-struct Result {
-    int truth = -1;
-    std::vector<std::uint8_t> block;
-};
-
-Result RunDoTask(VTask& task) {
-    std::uint8_t* data = nullptr;
-    std::uint32_t size = 0;
-    Result result;
-    result.truth = task.DoTask(&data, &size);
-    if (data != nullptr) {
-        result.block.assign(data, data + size);
-    }
-    delete[] data;
-    return result;
-}
-
 }  // namespace
 
 TEST(VTask, StartsWithoutRequestAndWithErrorCodeZero) {
@@ -65,7 +43,7 @@ TEST(VTask, StartsWithoutRequestAndWithErrorCodeZero) {
 }
 
 TEST(VTask, SetRequestCopiesAllSixWordsAndTheData) {
-    std::vector<std::uint8_t> block = BlockOf({"a", "bc"});
+    std::vector<std::uint8_t> block = ListBlock({"a", "bc"});
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(block, 99)), 1);
     const TaskRequest* kept = task.GetRequest();
@@ -89,8 +67,8 @@ TEST(VTask, SetRequestWithoutDataKeepsNoData) {
 }
 
 TEST(VTask, SetRequestReplacesThePreviousRequest) {
-    std::vector<std::uint8_t> first = BlockOf({"first"});
-    std::vector<std::uint8_t> second = BlockOf({"second", "one"});
+    std::vector<std::uint8_t> first = ListBlock({"first"});
+    std::vector<std::uint8_t> second = ListBlock({"second", "one"});
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(first)), 1);
     ASSERT_EQ(task.SetRequest(RequestFor(second)), 1);
@@ -98,8 +76,8 @@ TEST(VTask, SetRequestReplacesThePreviousRequest) {
 }
 
 TEST(VTask, SetRequestKeepsThePreviousRequestWhenTheRecordCannotBeAllocated) {
-    std::vector<std::uint8_t> first = BlockOf({"first"});
-    std::vector<std::uint8_t> second = BlockOf({"second", "one"});
+    std::vector<std::uint8_t> first = ListBlock({"first"});
+    std::vector<std::uint8_t> second = ListBlock({"second", "one"});
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(first)), 1);
     vagent::test::ScopedAllocationFailure failure(0, 1);
@@ -109,8 +87,8 @@ TEST(VTask, SetRequestKeepsThePreviousRequestWhenTheRecordCannotBeAllocated) {
 }
 
 TEST(VTask, SetRequestKeepsThePreviousRequestWhenTheDataCannotBeAllocated) {
-    std::vector<std::uint8_t> first = BlockOf({"first"});
-    std::vector<std::uint8_t> second = BlockOf({"second", "one"});
+    std::vector<std::uint8_t> first = ListBlock({"first"});
+    std::vector<std::uint8_t> second = ListBlock({"second", "one"});
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(first)), 1);
     vagent::test::ScopedAllocationFailure failure(1, 1);
@@ -125,7 +103,7 @@ TEST(VTask, SetRequestKeepsThePreviousRequestWhenTheDataCannotBeAllocated) {
 TEST(VTask, DeletingThroughTheBaseReleasesTheRequest) {
     // The leak checker of the sanitised build fails this test if the request
     // record or its data outlives the task.
-    std::vector<std::uint8_t> block = BlockOf({"x", "y"});
+    std::vector<std::uint8_t> block = ListBlock({"x", "y"});
     std::unique_ptr<VTask> task = std::make_unique<EchoTask>(EchoTask::kReverse);
     ASSERT_EQ(task->SetRequest(RequestFor(block)), 1);
     task.reset();
@@ -163,29 +141,29 @@ TEST(VTask, DoTaskWithoutRequestStoresInvalidSettingAndReturnsZero) {
 }
 
 TEST(VTask, DoTaskOutsideTheFamilyRangeReturnsZeroWithNoBlock) {
-    std::vector<std::uint8_t> block = BlockOf({"a"});
+    std::vector<std::uint8_t> block = ListBlock({"a"});
     EchoTask task(3);
     ASSERT_EQ(task.SetRequest(RequestFor(block)), 1);
-    const Result result = RunDoTask(task);
+    const TaskAnswer result = RunDoTask(task);
     EXPECT_EQ(result.truth, 0);
     EXPECT_TRUE(result.block.empty());
 }
 
 TEST(VTask, DoTaskHandsOutTheOperationsResultBlock) {
-    std::vector<std::uint8_t> block = BlockOf({"a", "bc"});
+    std::vector<std::uint8_t> block = ListBlock({"a", "bc"});
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(block)), 1);
-    const Result result = RunDoTask(task);
+    const TaskAnswer result = RunDoTask(task);
     EXPECT_EQ(result.truth, 1);
     EXPECT_EQ(result.block,
               (std::vector<std::uint8_t>{0, 0, 0, 11, 0, 0, 0, 2, 'b', 'c', 0, 0, 0, 1, 'a'}));
 }
 
 TEST(VTask, DoTaskWithoutResultDataHandsOutAnAcknowledgementOfOne) {
-    std::vector<std::uint8_t> block = BlockOf({"a"});
+    std::vector<std::uint8_t> block = ListBlock({"a"});
     EchoTask task(EchoTask::kNonEmpty);
     ASSERT_EQ(task.SetRequest(RequestFor(block)), 1);
-    const Result result = RunDoTask(task);
+    const TaskAnswer result = RunDoTask(task);
     EXPECT_EQ(result.truth, 1);
     EXPECT_EQ(result.block, (std::vector<std::uint8_t>{0, 0, 0, 4, 0, 0, 0, 1}));
 }
@@ -194,7 +172,7 @@ TEST(VTask, RequestShorterThanFourBytesYieldsAnAcknowledgementOfZero) {
     std::vector<std::uint8_t> block = {0, 0, 0};
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(block)), 1);
-    const Result result = RunDoTask(task);
+    const TaskAnswer result = RunDoTask(task);
     EXPECT_EQ(result.truth, 0);
     EXPECT_EQ(result.block, (std::vector<std::uint8_t>{0, 0, 0, 4, 0, 0, 0, 0}));
 }
@@ -205,7 +183,7 @@ TEST(VTask, UndecodableRequestYieldsAnAcknowledgementOfZero) {
     vagent::test::LogCapture capture;
     EchoTask task(EchoTask::kReverse);
     ASSERT_EQ(task.SetRequest(RequestFor(block)), 1);
-    const Result result = RunDoTask(task);
+    const TaskAnswer result = RunDoTask(task);
     EXPECT_EQ(result.truth, 0);
     EXPECT_EQ(result.block, (std::vector<std::uint8_t>{0, 0, 0, 4, 0, 0, 0, 0}));
     EXPECT_THAT(capture.Texts(), ElementsAre("GetNextDataItem : Data Format Error!",
@@ -255,11 +233,11 @@ TEST(VTask, Result2StructDecodesByTaskId) {
 }
 
 TEST(VTask, ServiceAndClientRoundTrip) {
-    std::vector<std::uint8_t> block = BlockOf({"one", "two", "three"});
+    std::vector<std::uint8_t> block = ListBlock({"one", "two", "three"});
     EchoTask service(EchoTask::kReverse);
     service.SetWorkEnv(1, nullptr);
     ASSERT_EQ(service.SetRequest(RequestFor(block)), 1);
-    const Result answer = RunDoTask(service);
+    const TaskAnswer answer = RunDoTask(service);
     ASSERT_EQ(answer.truth, 1);
     ASSERT_GE(answer.block.size(), 4u);
 

@@ -13,11 +13,11 @@ namespace {
 // allocation whose failure the caller sees, logged with its element count.
 template <class Char>
 int HandOutThroughBuffer(const std::basic_string<Char>& converted, const char* function,
-                         std::basic_string<Char>& out) {
+                         const char* suffix, std::basic_string<Char>& out) {
     const std::size_t count = converted.size() + 1;
     Char* buffer = new (std::nothrow) Char[count];
     if (buffer == nullptr) {
-        DllLogPrintf("%s : new [%d] bytes failed!", function, static_cast<int>(count));
+        DllLogPrintf("%s : new [%d] bytes%s", function, static_cast<int>(count), suffix);
         return 0;
     }
     std::fill(buffer, buffer + count, Char());
@@ -38,21 +38,33 @@ std::wstring UpToFirstZero(const std::wstring& text) {
 }  // namespace
 
 int string2wstring(const std::string& in, std::wstring& out) {
-    std::wstring converted;
-    if (vagent::os::Installed<vagent::os::TextCodec>().NarrowToWide(UpToFirstZero(in), converted) !=
-        0) {
-        return 0;
-    }
-    return HandOutThroughBuffer(converted, "string2wstring", out);
+    return NarrowToWideLogging(in, out, "string2wstring", " failed!");
 }
 
 int wstring2string(const std::wstring& in, std::string& out) {
+    return WideToNarrowLogging(in, out, "wstring2string", " failed!");
+}
+
+int NarrowToWideLogging(const std::string& in, std::wstring& out, const char* function,
+                        const char* suffix) {
+    std::wstring converted;
+    if (vagent::os::Installed<vagent::os::TextCodec>().NarrowToWide(UpToFirstZero(in), converted) !=
+        0) {
+        out.clear();
+        return 0;
+    }
+    return HandOutThroughBuffer(converted, function, suffix, out);
+}
+
+int WideToNarrowLogging(const std::wstring& in, std::string& out, const char* function,
+                        const char* suffix) {
     std::string converted;
     if (vagent::os::Installed<vagent::os::TextCodec>().WideToNarrow(UpToFirstZero(in), converted) !=
         0) {
+        out.clear();
         return 0;
     }
-    return HandOutThroughBuffer(converted, "wstring2string", out);
+    return HandOutThroughBuffer(converted, function, suffix, out);
 }
 
 std::vector<std::wstring> WideList(const std::vector<std::string>& in) {

@@ -2,14 +2,26 @@
 
 #include <gtest/gtest.h>
 
-#include "FrameBytes.h"
+#include "service/TestClientFrames.h"
 
 namespace vagent::service {
 namespace {
 
-using vagent::test::AppendBigEndian32;
-using vagent::test::RequestBlock;
+using vagent::test::Append;
+using vagent::test::BigEndianBytes;
+using vagent::test::Bytes;
 using vagent::test::RequestFrameBytes;
+
+void AppendBigEndian32(Bytes& bytes, std::uint32_t value) {
+    Append(bytes, BigEndianBytes(value));
+}
+
+// A request block: its own payload length, then the payload.
+Bytes RequestBlock(const Bytes& payload) {
+    Bytes block = BigEndianBytes(static_cast<std::uint32_t>(payload.size()));
+    Append(block, payload);
+    return block;
+}
 
 FrameLimits SmallLimits() {
     FrameLimits limits;

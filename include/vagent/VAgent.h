@@ -14,6 +14,10 @@
 
 class VTask;
 
+namespace vagent::facade {
+struct AgentTarget;
+}
+
 // A window handle of the system, declared as <windows.h> declares it, so that
 // a program that sees both headers sees one and the same type.
 #if !defined(_WINDEF_) && !defined(_WINDEF_H)
@@ -142,6 +146,10 @@ private:
     // The two address fields read as terminated text, never past the object.
     std::string HostText() const;
     std::string PortText() const;
+    vagent::facade::AgentTarget Target() const;
+    // Where an exhausted allocation is recorded: the error code on the remote
+    // path, nowhere on the local one.
+    std::uint32_t* RemoteErrorCode();
 
     // The fields keep the order and widths that the wide twin shares.
     char agentHost_[24];

@@ -47,8 +47,29 @@ public:
     std::uint32_t GetTaskId() const { return taskId_; }
     VTask* GetTask() const { return task_; }
     std::uintptr_t GetConnection() const { return connection_; }
+    // Why the last SendRequest that returned 0 failed: the socket status
+    // (what the socket library's last-error value would read), 8 when the
+    // frame could not be built, 10103 when pfnBeforeSend refused the send.
+    std::uint32_t GetLastStatus() const { return lastStatus_; }
 
 private:
+    // ConnectServer, keeping the status of the call that failed.
+    static std::uintptr_t OpenConnection(const std::string& host, int port, std::uint32_t& status);
+    // RecvAll, keeping the receive's status; a connection closed before the
+    // whole count arrived reads as 0xE6000003.
+    static bool ReceiveExactly(std::uintptr_t socket, std::uint8_t* buffer, std::int32_t length,
+                               int flags, std::uint32_t& status);
+    // Receives length bytes, through the hooks when there are any; each
+    // continuation lands at stride times the bytes already received.
+    bool ReceivePiecewise(HTTP_FUN* callbacks, std::uint8_t* buffer, std::int32_t length,
+                          std::int32_t stride, std::uint32_t& status) const;
+    bool ReceiveHeaderWord(HTTP_FUN* callbacks, std::uint8_t (&word)[4],
+                           std::uint32_t& status) const;
+    std::uint32_t ReceiveAndDecodePayload(std::int32_t length, void* output, HTTP_FUN* callbacks);
+    int SendFrame(const std::uint8_t* frame, std::int32_t length, std::uintptr_t connection,
+                  HTTP_FUN* callbacks);
+    void ReleaseRequests();
+
     std::uint32_t taskId_ = 0;
     VTask* task_ = nullptr;
     std::list<REQUEST_DATA*> requests_;
@@ -56,4 +77,5 @@ private:
     std::string port_ = "1234";
     std::uintptr_t connection_ = ~static_cast<std::uintptr_t>(0);
     std::uint32_t startup_;
+    std::uint32_t lastStatus_ = 0;
 };

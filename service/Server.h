@@ -10,11 +10,11 @@ namespace vagent::service {
 // What `vagentd run` takes on its command line.
 struct ServerOptions {
     std::string listenAddress = "0.0.0.0";             // dotted IPv4 text
-    std::uint16_t listenPort = 1234;                    // 0 lets the system choose
+    std::uint16_t listenPort = 1234;                   // 0 lets the system choose
     std::vector<std::string> allow = {"127.0.0.0/8"};  // client addresses served, as CIDR
-    unsigned workers = 16;                              // tasks run at once
-    unsigned maxConnections = 512;                      // open connections at once
-    std::uint32_t maxBlock = 64u << 20;                 // largest request block accepted
+    unsigned workers = 16;                             // tasks run at once
+    unsigned maxConnections = 512;                     // open connections at once
+    std::uint32_t maxBlock = 64u << 20;                // largest request block accepted
 };
 
 // The agent service: accepts connections from allowed addresses, reads one

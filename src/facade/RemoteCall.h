@@ -43,7 +43,7 @@ public:
     std::uintptr_t Connection() const { return client_.GetConnection(); }
 
 private:
-    const AgentTarget& target_;
+    const AgentTarget target_;
     std::uint32_t& errorCode_;
     VTaskClient client_;
 };

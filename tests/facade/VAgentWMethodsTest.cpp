@@ -4,13 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Server.h"
 #include "facade/VAgentWTestHost.h"
+#include "facade/WideText.h"
+#include "fakes/FakeHostFacts.h"
+#include "fakes/FakeRegistry.h"
 #include "helpers/TempDir.h"
+#include "os/HostFacts.h"
+#include "os/Registry.h"
 #include "vagent/VAgent.h"
 
 using ::testing::Contains;
@@ -346,4 +352,72 @@ TEST_P(VAgentWMethods, ServiceAccountIsReadAndChangedWithWideTexts) {
     EXPECT_EQ(agent_.ChangeServiceUserPasswd(service, account, password), 1);
     EXPECT_EQ(host_.services.services["Dienst"].config.startName, Narrow(account));
     EXPECT_EQ(host_.services.services["Dienst"].password, Narrow(password));
+}
+
+TEST_P(VAgentWMethods, FilesCopyBetweenTwoNonAsciiPathsOfTheTarget) {
+    vagent::test::TempDir directory;
+    std::filesystem::create_directory(directory / Narrow(kJuergen));
+    vagent::test::WriteWholeFile(directory / Narrow(kJuergen) / "a.txt", "inhalt");
+    std::wstring source = Wide(directory.LibraryPath()) + L"\\" + kJuergen;
+    std::wstring target = Wide(directory.LibraryPath()) + L"\\" + kZofie;
+    EXPECT_EQ(agent_.FilesCopy(source, target, 1, 1, ~0u, nullptr), 1);
+    EXPECT_EQ(agent_.GetErrorCode(), 0u);
+    EXPECT_EQ(vagent::test::ReadWholeFile(directory / Narrow(kZofie) / "a.txt"), "inhalt");
+}
+
+TEST_P(VAgentWMethods, SingleSignOnSwitchesAreWrittenBesideTheExecutable) {
+    vagent::test::TempDir directory;
+    vagent::test::FakeHostFacts facts;
+    facts.executablePath = directory.LibraryPath() + "\\vagentd.exe";
+    vagent::os::ScopedFacility<vagent::os::HostFacts> factsScope(facts);
+    EXPECT_EQ(agent_.EnableSSO(1), 1);
+    EXPECT_EQ(agent_.EnableZ9SSO(0), 1);
+    const std::string config = vagent::test::ReadTextFile(directory / "Config.ini");
+    EXPECT_NE(config.find("SSOEnabled=1"), std::string::npos);
+    EXPECT_NE(config.find("Z9SSOEnabled=0"), std::string::npos);
+}
+
+TEST_P(VAgentWMethods, SystemSettingsGoTheNarrowAgentsWay) {
+    vagent::test::FakeRegistry registry;
+    vagent::os::ScopedFacility<vagent::os::Registry> registryScope(registry);
+    VAgent twin = NarrowTwin();
+    long value = -1;
+    long narrowValue = -1;
+    EXPECT_EQ(agent_.GetSysSetting(1, &value), twin.GetSysSetting(1, &narrowValue));
+    EXPECT_EQ(value, narrowValue);
+    EXPECT_EQ(agent_.SetSysSetting(1, 1), twin.SetSysSetting(1, 1));
+    EXPECT_EQ(agent_.GetSysSetting(1, &value), twin.GetSysSetting(1, &narrowValue));
+    EXPECT_EQ(value, narrowValue);
+}
+
+TEST_P(VAgentWMethods, DirectoryAndProcessChecksGoTheNarrowAgentsWay) {
+    VAgent twin = NarrowTwin();
+    std::wstring process = L"vagentd.exe";
+    std::string narrowProcess = "vagentd.exe";
+    int result = -1;
+    int narrowResult = -1;
+    EXPECT_EQ(agent_.IsProcess32(process, result), twin.IsProcess32(narrowProcess, narrowResult));
+    EXPECT_EQ(result, narrowResult);
+    EXPECT_EQ(agent_.IsLDAPObjectExist(L"CN=" + kJuergen, 0),
+              twin.IsLDAPObjectExist(Narrow(L"CN=" + kJuergen), 0));
+    std::wstring account = L"stale";
+    std::wstring principal = L"stale";
+    std::string narrowAccount;
+    std::string narrowPrincipal;
+    EXPECT_EQ(agent_.GetUserLoginName(kJuergen, account, principal),
+              twin.GetUserLoginName(Narrow(kJuergen), narrowAccount, narrowPrincipal));
+    EXPECT_EQ(account, Wide(narrowAccount));
+    EXPECT_EQ(principal, Wide(narrowPrincipal));
+}
+
+TEST_P(VAgentWMethods, CreateIconsGoesTheNarrowAgentsWay) {
+    vagent::test::TempDir directory;
+    std::wstring base = Wide(directory.LibraryPath()) + L"\\";
+    std::vector<std::wstring> exeFiles = {base + kJuergen + L".exe"};
+    std::vector<std::wstring> iconFiles = {base + kJuergen + L".ico"};
+    std::vector<std::string> narrowExeFiles = NarrowList(exeFiles);
+    std::vector<std::string> narrowIconFiles = NarrowList(iconFiles);
+    VAgent twin = NarrowTwin();
+    EXPECT_EQ(agent_.CreateIcons(exeFiles, iconFiles),
+              twin.CreateIcons(narrowExeFiles, narrowIconFiles));
 }

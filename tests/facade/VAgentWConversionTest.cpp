@@ -71,6 +71,24 @@ TEST(VAgentWConversion, CaronZTakesTheActiveCodePagesBytes) {
     EXPECT_EQ(back, kZofie);
 }
 
+// Neither system refuses text it cannot represent: without a default
+// character of the caller's, it becomes the code page's own one.
+TEST(VAgentWConversion, LoneSurrogateBecomesTheDefaultCharacter) {
+    std::wstring wide(1, static_cast<wchar_t>(0xD800));
+    wide += L"x";
+    std::string narrow;
+    EXPECT_EQ(VAgentW::wstring2string(wide, narrow), 3);
+    EXPECT_EQ(narrow, "?x");
+}
+
+TEST(VAgentWConversion, LetterOutsideTheCodePageIsReplacedNotRefused) {
+    std::string narrow;
+    const std::string expected = ActiveCodePage("\xC5\x81ukasz", "?ukasz");
+    EXPECT_EQ(VAgentW::wstring2string(L"\u0141ukasz", narrow),
+              static_cast<int>(expected.size()) + 1);
+    EXPECT_EQ(narrow, expected);
+}
+
 TEST(VAgentWConversion, TextIsTakenUpToItsFirstZero) {
     std::string narrow;
     EXPECT_EQ(VAgentW::wstring2string(std::wstring(L"ab\0cd", 5), narrow), 3);

@@ -283,3 +283,28 @@ TEST(VAgentW, CreateVTaskMakesTheTaskOfTheId) {
     EXPECT_EQ(task->GetTaskId(), 2u);
     EXPECT_EQ(VAgentW::CreateVTask(48), nullptr);
 }
+
+TEST(VAgentW, EveryCallPutsItsRootSiteBackInPlace) {
+    VAgentWTestHost host;
+    VAgentW agent;
+    std::wstring site = L"OU=Staff";
+    agent.SetLDAPRootSite(site);
+    std::string other = "OU=Other";
+    SetLDAPRootSite(other);
+    std::vector<std::wstring> names = {L"Nobody"};
+    agent.DeleteUser(names);
+    EXPECT_EQ(GetLDAPRootSite(), "OU=Staff");
+}
+
+TEST(VAgentW, CallsRunInTheObjectsWorkEnvironment) {
+    VAgentWTestHost host;
+    host.accounts.users[L"Ann"] = {L"pw", L""};
+    VAgentW agent;
+    agent.SetWorkEnv(1, nullptr);
+    std::vector<std::wstring> names = {L"Ann"};
+    agent.DeleteUser(names);
+    EXPECT_EQ(host.accounts.users.count(L"Ann"), 1u);
+    agent.SetWorkEnv(0, nullptr);
+    EXPECT_EQ(agent.DeleteUser(names), 1);
+    EXPECT_EQ(host.accounts.users.count(L"Ann"), 0u);
+}

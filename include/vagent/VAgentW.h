@@ -31,9 +31,10 @@ public:
     VAgentW& operator=(const VAgentW& other);
     ~VAgentW();
 
-    // Conversions in the active code page, terminator counted in the result;
-    // 0 when the text does not convert (out empty) or when the buffer is
-    // refused (out untouched; both log "wstring2string : new [n] bytes").
+    // Conversions in the active code page, terminator counted in the result.
+    // 0 when the text does not convert (out empty) or when no buffer could be
+    // had (out untouched); the latter is logged by either direction as
+    // "wstring2string : new [n] bytes".
     static int wstring2string(const std::wstring& in, std::string& out);
     static int string2wstring(const std::string& in, std::wstring& out);
 

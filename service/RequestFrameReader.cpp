@@ -137,10 +137,13 @@ void RequestFrameReader::StartBlock(std::uint32_t length) {
 std::size_t RequestFrameReader::TakeBlock(const std::uint8_t* data, std::size_t count) {
     std::vector<std::uint8_t>& block = frame_.block;
     const std::size_t before = block.size();
-    const std::size_t take = std::min<std::size_t>(count, blockLength_ - before);
+    // The prefix is taken on its own, so that a block it condemns costs no
+    // more bytes than the prefix itself.
+    const std::size_t upTo = before < kBlockPrefixSize ? kBlockPrefixSize : blockLength_;
+    const std::size_t take = std::min<std::size_t>(count, upTo - before);
     MakeRoom(block, take, blockLength_);
     block.insert(block.end(), data, data + take);
-    if (before < kBlockPrefixSize && block.size() >= kBlockPrefixSize) {
+    if (block.size() == kBlockPrefixSize && before < kBlockPrefixSize) {
         CheckBlockPrefix();
     }
     if (state_ == FrameState::Incomplete && block.size() == blockLength_) {

@@ -207,9 +207,11 @@ TEST(RequestFrameReader, RefusesABlockWhosePrefixDisagreesWithItsLength) {
     bytes.resize(12);
     AppendBigEndian32(bytes, 10);
     AppendBigEndian32(bytes, 7);
+    bytes.insert(bytes.end(), {1, 2, 3, 4, 5, 6});
     RequestFrameReader reader(FrameLimits{});
     std::size_t consumed = 0;
     EXPECT_EQ(FeedAll(reader, bytes, consumed), FrameState::BlockPrefixMismatch);
+    EXPECT_EQ(consumed, 20u);
     EXPECT_EQ(reader.OffendingLength(), 7u);
 }
 

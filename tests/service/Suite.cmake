@@ -3,6 +3,5 @@
 target_link_libraries(${suite} PRIVATE vagentd_core)
 add_dependencies(${suite} vagentd)
 target_compile_definitions(${suite} PRIVATE VAGENTD_EXECUTABLE="$<TARGET_FILE:vagentd>")
-include(${CMAKE_CURRENT_LIST_DIR}/WineTests.cmake OPTIONAL)
 # The Windows program under Wine, where an emulator runs the suites.
 include(${CMAKE_CURRENT_LIST_DIR}/WineTests.cmake OPTIONAL)

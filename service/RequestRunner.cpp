@@ -63,12 +63,12 @@ std::vector<std::uint8_t> RequestRunner::Run(RequestFrame& frame, os::SocketHand
         DllLogPrintf("vagentd : unknown task id %u from %s", frame.taskId, peer.c_str());
         return StatusReply(kErrorInvalidParameter);
     }
-    std::unique_lock<std::mutex> lock(rootSiteLock_);
+    if (!ReadsRootSite(frame.taskId)) {
+        return RunTask(*task, frame, connection, peer);
+    }
+    const std::lock_guard<std::mutex> lock(rootSiteLock_);
     std::string rootSite = frame.rootSite;
     SetLDAPRootSite(rootSite);
-    if (!ReadsRootSite(frame.taskId)) {
-        lock.unlock();
-    }
     return RunTask(*task, frame, connection, peer);
 }
 

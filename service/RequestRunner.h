@@ -13,8 +13,10 @@ class VTask;
 namespace vagent::service {
 
 // Rebuilds the task a request names, runs it and makes the answer:
-// CreateVTask, the request's root site installed process-wide, SetWorkEnv,
-// SetRequest with the block and the connection, DoTask.
+// CreateVTask, SetWorkEnv, SetRequest with the block and the connection,
+// DoTask. The request's root site is installed process-wide only for the
+// tasks that read it, one such task at a time; no other task reads it, so
+// they neither install it nor wait for a directory task to finish.
 class RequestRunner {
 public:
     // The answer to write on the connection; empty when the task has already
@@ -33,9 +35,8 @@ private:
     std::vector<std::uint8_t> RunTask(VTask& task, RequestFrame& frame, os::SocketHandle connection,
                                       const std::string& peer);
 
-    // Held from installing the root site to the end of DoTask by the tasks
-    // that read it, and just for installing it by the others, so that each
-    // directory task sees the root site its own request brought.
+    // Held by a task that reads the root site from installing it to the end
+    // of its DoTask, so that it sees the root site its own request brought.
     std::mutex rootSiteLock_;
 };
 

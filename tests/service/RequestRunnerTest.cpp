@@ -60,15 +60,25 @@ TEST(RequestRunner, AnswersTheHostNameTaskWithItsResultBlock) {
     EXPECT_TRUE(capture.Texts().empty());
 }
 
-TEST(RequestRunner, InstallsTheRootSiteTheRequestBrought) {
+TEST(RequestRunner, ADirectoryTaskInstallsTheRootSiteItsRequestBrought) {
     const RootSiteRestorer restorer;
+    RequestRunner runner;
+    RequestFrame frame = Frame(39, "OU=Agents", TextBlockBytes({"CN=x"}));
+    runner.Run(frame, os::kInvalidSocket, kPeer);
+    EXPECT_EQ(GetLDAPRootSite(), "OU=Agents");
+    RequestFrame empty = Frame(2, "", {});
+    runner.Run(empty, os::kInvalidSocket, kPeer);
+    EXPECT_EQ(GetLDAPRootSite(), "");
+}
+
+TEST(RequestRunner, OtherTasksLeaveTheRootSiteAlone) {
+    const RootSiteRestorer restorer;
+    std::string before = "OU=Before";
+    SetLDAPRootSite(before);
     RequestRunner runner;
     RequestFrame frame = Frame(34, "OU=Agents", {});
     runner.Run(frame, os::kInvalidSocket, kPeer);
-    EXPECT_EQ(GetLDAPRootSite(), "OU=Agents");
-    RequestFrame empty = Frame(39, "", TextBlockBytes({"CN=x"}));
-    runner.Run(empty, os::kInvalidSocket, kPeer);
-    EXPECT_EQ(GetLDAPRootSite(), "");
+    EXPECT_EQ(GetLDAPRootSite(), "OU=Before");
 }
 
 TEST(RequestRunner, AFailedTaskWithoutCodeIsAcknowledgedWithZeroAndLogged) {

@@ -72,7 +72,8 @@ TEST(VAgentWConversion, CaronZTakesTheActiveCodePagesBytes) {
 }
 
 // Neither system refuses text it cannot represent: without a default
-// character of the caller's, it becomes the code page's own one.
+// character of the caller's, it becomes the code page's own one, or on
+// Windows the letter's best fit where the code page has one.
 TEST(VAgentWConversion, LoneSurrogateBecomesTheDefaultCharacter) {
     std::wstring wide(1, static_cast<wchar_t>(0xD800));
     wide += L"x";
@@ -81,9 +82,9 @@ TEST(VAgentWConversion, LoneSurrogateBecomesTheDefaultCharacter) {
     EXPECT_EQ(narrow, "?x");
 }
 
-TEST(VAgentWConversion, LetterOutsideTheCodePageIsReplacedNotRefused) {
+TEST(VAgentWConversion, LetterOutsideTheCodePageTakesItsBestFitNotAFailure) {
     std::string narrow;
-    const std::string expected = ActiveCodePage("\xC5\x81ukasz", "?ukasz");
+    const std::string expected = ActiveCodePage("\xC5\x81ukasz", "Lukasz");
     EXPECT_EQ(VAgentW::wstring2string(L"\u0141ukasz", narrow),
               static_cast<int>(expected.size()) + 1);
     EXPECT_EQ(narrow, expected);

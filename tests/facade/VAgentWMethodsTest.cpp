@@ -30,6 +30,10 @@ enum class Road { Local, Remote };
 const std::wstring kJuergen = L"J\u00FCrgen";
 const std::wstring kZofie = L"\u017Dofie";
 const std::wstring kEarly = L"Fr\u00FCh";
+// The same names as file names, whatever the test program's own narrow
+// encoding is.
+const std::filesystem::path kJuergenFile = std::filesystem::u8path("J\xC3\xBCrgen");
+const std::filesystem::path kZofieFile = std::filesystem::u8path("\xC5\xBDofie");
 
 std::wstring Wide(const std::string& narrow) {
     std::wstring wide;
@@ -300,7 +304,8 @@ TEST_P(VAgentWMethods, PrinterInfoGivesWideNames) {
 
 TEST_P(VAgentWMethods, DirListGivesWideEntriesOfANonAsciiDirectory) {
     vagent::test::TempDir directory;
-    vagent::test::WriteWholeFile(directory / Narrow(kJuergen + L".txt"), "x");
+    vagent::test::WriteWholeFile(directory.Path() / std::filesystem::u8path("J\xC3\xBCrgen.txt"),
+                                 "x");
     const std::wstring path = Wide(directory.LibraryPath()) + L"\\*";
     std::vector<FileAttrW> entries = {FileAttrW{}};
     EXPECT_EQ(agent_.DirList(path, entries), 1);
@@ -313,7 +318,7 @@ TEST_P(VAgentWMethods, DirListGivesWideEntriesOfANonAsciiDirectory) {
 
 TEST_P(VAgentWMethods, IsFileExistAnswersForWidePaths) {
     vagent::test::TempDir directory;
-    vagent::test::WriteWholeFile(directory / Narrow(kZofie), "x");
+    vagent::test::WriteWholeFile(directory.Path() / kZofieFile, "x");
     std::vector<std::wstring> paths = {Wide(directory.LibraryPath()) + L"\\" + kZofie,
                                        Wide(directory.LibraryPath()) + L"\\missing"};
     std::vector<ExistAttr> answers;
@@ -356,13 +361,13 @@ TEST_P(VAgentWMethods, ServiceAccountIsReadAndChangedWithWideTexts) {
 
 TEST_P(VAgentWMethods, FilesCopyBetweenTwoNonAsciiPathsOfTheTarget) {
     vagent::test::TempDir directory;
-    std::filesystem::create_directory(directory / Narrow(kJuergen));
-    vagent::test::WriteWholeFile(directory / Narrow(kJuergen) / "a.txt", "inhalt");
+    std::filesystem::create_directory(directory.Path() / kJuergenFile);
+    vagent::test::WriteWholeFile(directory.Path() / kJuergenFile / "a.txt", "inhalt");
     std::wstring source = Wide(directory.LibraryPath()) + L"\\" + kJuergen;
     std::wstring target = Wide(directory.LibraryPath()) + L"\\" + kZofie;
     EXPECT_EQ(agent_.FilesCopy(source, target, 1, 1, ~0u, nullptr), 1);
     EXPECT_EQ(agent_.GetErrorCode(), 0u);
-    EXPECT_EQ(vagent::test::ReadWholeFile(directory / Narrow(kZofie) / "a.txt"), "inhalt");
+    EXPECT_EQ(vagent::test::ReadWholeFile(directory.Path() / kZofieFile / "a.txt"), "inhalt");
 }
 
 TEST_P(VAgentWMethods, SingleSignOnSwitchesAreWrittenBesideTheExecutable) {

@@ -14,7 +14,6 @@
 #include "vagent/VAgent.h"
 #include "vagent/VTask.h"
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using vagent::test::ActiveCodePage;
 using vagent::test::ConnectionCounter;

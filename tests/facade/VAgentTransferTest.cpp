@@ -11,9 +11,11 @@
 #include "facade/VAgentRoads.h"
 #include "helpers/TempDir.h"
 #include "os/FileSystem.h"
+#include "os/Sockets.h"
 #include "service/EndToEndTree.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/VAgent.h"
+#include "vagent/VTaskClient.h"
 
 using vagent::test::CaptureServer;
 using vagent::test::EndToEndService;
@@ -247,6 +249,25 @@ TEST_F(VAgentRemoteTransfer, ProgressHooksAreToldEveryByteOfTheStream) {
 
     // 1,024 + 2,500 + 9 + 6 bytes of contents travel among the frames.
     EXPECT_EQ(ContentBytes(tree), 3539u);
+}
+
+// A caller that brings its own connection with hooks has the request and
+// the reply go through them: the frame of 16 bytes around an empty root site
+// and a one-path block, then the status, the length and two 8-byte items.
+TEST_F(VAgentRemoteTransfer, IsFileExistUsesTheCallersConnectionAndHooks) {
+    const std::uintptr_t connection = VTaskClient::ConnectServer("127.0.0.1", service_.Port());
+    ASSERT_NE(connection, vagent::os::kInvalidSocket);
+    VAgent agent = Agent();
+    HTTP_FUN hooks = ProgressHooks();
+    std::vector<std::string> paths = {trip_.Source()};
+    std::vector<ExistAttr> answers;
+    Progress::Reset();
+    EXPECT_EQ(agent.IsFileExist(paths, answers, static_cast<unsigned int>(connection), &hooks), 1);
+    ASSERT_EQ(answers.size(), 1u);
+    EXPECT_EQ(answers[0].exists, 1);
+    EXPECT_EQ(answers[0].directory, 1);
+    EXPECT_EQ(Progress::sent, 16u + 4u + 4u + paths[0].size());
+    EXPECT_EQ(Progress::received, 4u + 4u + 16u);
 }
 
 // The service tells its window after its final answer, so the test waits

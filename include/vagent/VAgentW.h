@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -128,9 +129,11 @@ private:
     static int NotOffered();
     // Runs one operation on a temporary VAgent that carries this object's
     // target, work environment and root site, then takes over its error code.
+    // Out of memory, the call answers `failure` with error code 8.
     template <class Operation>
-    int ThroughNarrowAgent(Operation operation);
-    void ConfigureNarrowAgent(VAgent& agent);
+    int ThroughNarrowAgent(Operation operation, int failure = 0);
+    // The temporary, configured; throws std::bad_alloc when it cannot be had.
+    std::unique_ptr<VAgent> NarrowAgent();
     // The two address fields read as terminated text, never past the port.
     std::string HostText() const;
     std::string PortText() const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "accounts/ServerDiscovery.h"
 #include "accounts/TextConversion.h"
@@ -121,11 +122,18 @@ int VAgentW::GetDnCtrl(std::wstring& name) {
     return found;
 }
 
-void VAgentW::ConfigureNarrowAgent(VAgent& agent) {
+// Allocated without throwing, as the library's own buffers are, so that a
+// refused temporary takes the same way out as any other exhausted allocation.
+std::unique_ptr<VAgent> VAgentW::NarrowAgent() {
+    std::unique_ptr<VAgent> agent(new (std::nothrow) VAgent);
+    if (agent == nullptr) {
+        throw std::bad_alloc();
+    }
     std::string rootSite = ldapRootSite_;
-    agent.SetLDAPRootSite(rootSite);
-    agent.SetWorkEnv(workEnv_, nullptr);
-    agent.SetAgentSite(HostText(), PortText());
+    agent->SetLDAPRootSite(rootSite);
+    agent->SetWorkEnv(workEnv_, nullptr);
+    agent->SetAgentSite(HostText(), PortText());
+    return agent;
 }
 
 // A host that fills its field has no terminator and reads on into the port,

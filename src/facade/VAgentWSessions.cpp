@@ -4,12 +4,14 @@
 #include "facade/VAgentWCall.h"
 #include "facade/WideText.h"
 
+// Counts fail with -1, not 0, so that a failed count never reads as a
+// server without sessions.
 int VAgentW::GetSessionCounts() {
-    return ThroughNarrowAgent([](VAgent& agent) { return agent.GetSessionCounts(); });
+    return ThroughNarrowAgent([](VAgent& agent) { return agent.GetSessionCounts(); }, -1);
 }
 
 int VAgentW::GetSessionCountsAll() {
-    return ThroughNarrowAgent([](VAgent& agent) { return agent.GetSessionCountsAll(); });
+    return ThroughNarrowAgent([](VAgent& agent) { return agent.GetSessionCountsAll(); }, -1);
 }
 
 int VAgentW::GetSessionInfo(std::vector<_VXSessionW>& sessions) {

@@ -10,12 +10,9 @@
 
 #include "Server.h"
 #include "facade/VAgentWTestHost.h"
-#include "facade/WideText.h"
 #include "fakes/FakeHostFacts.h"
-#include "fakes/FakeRegistry.h"
 #include "helpers/TempDir.h"
 #include "os/HostFacts.h"
-#include "os/Registry.h"
 #include "vagent/VAgent.h"
 
 using ::testing::Contains;
@@ -379,49 +376,4 @@ TEST_P(VAgentWMethods, SingleSignOnSwitchesAreWrittenBesideTheExecutable) {
     const std::string config = vagent::test::ReadTextFile(directory / "Config.ini");
     EXPECT_NE(config.find("SSOEnabled=1"), std::string::npos);
     EXPECT_NE(config.find("Z9SSOEnabled=0"), std::string::npos);
-}
-
-TEST_P(VAgentWMethods, SystemSettingsGoTheNarrowAgentsWay) {
-    vagent::test::FakeRegistry registry;
-    vagent::os::ScopedFacility<vagent::os::Registry> registryScope(registry);
-    VAgent twin = NarrowTwin();
-    long value = -1;
-    long narrowValue = -1;
-    EXPECT_EQ(agent_.GetSysSetting(1, &value), twin.GetSysSetting(1, &narrowValue));
-    EXPECT_EQ(value, narrowValue);
-    EXPECT_EQ(agent_.SetSysSetting(1, 1), twin.SetSysSetting(1, 1));
-    EXPECT_EQ(agent_.GetSysSetting(1, &value), twin.GetSysSetting(1, &narrowValue));
-    EXPECT_EQ(value, narrowValue);
-}
-
-TEST_P(VAgentWMethods, DirectoryAndProcessChecksGoTheNarrowAgentsWay) {
-    VAgent twin = NarrowTwin();
-    std::wstring process = L"vagentd.exe";
-    std::string narrowProcess = "vagentd.exe";
-    int result = -1;
-    int narrowResult = -1;
-    EXPECT_EQ(agent_.IsProcess32(process, result), twin.IsProcess32(narrowProcess, narrowResult));
-    EXPECT_EQ(result, narrowResult);
-    EXPECT_EQ(agent_.IsLDAPObjectExist(L"CN=" + kJuergen, 0),
-              twin.IsLDAPObjectExist(Narrow(L"CN=" + kJuergen), 0));
-    std::wstring account = L"stale";
-    std::wstring principal = L"stale";
-    std::string narrowAccount;
-    std::string narrowPrincipal;
-    EXPECT_EQ(agent_.GetUserLoginName(kJuergen, account, principal),
-              twin.GetUserLoginName(Narrow(kJuergen), narrowAccount, narrowPrincipal));
-    EXPECT_EQ(account, Wide(narrowAccount));
-    EXPECT_EQ(principal, Wide(narrowPrincipal));
-}
-
-TEST_P(VAgentWMethods, CreateIconsGoesTheNarrowAgentsWay) {
-    vagent::test::TempDir directory;
-    std::wstring base = Wide(directory.LibraryPath()) + L"\\";
-    std::vector<std::wstring> exeFiles = {base + kJuergen + L".exe"};
-    std::vector<std::wstring> iconFiles = {base + kJuergen + L".ico"};
-    std::vector<std::string> narrowExeFiles = NarrowList(exeFiles);
-    std::vector<std::string> narrowIconFiles = NarrowList(iconFiles);
-    VAgent twin = NarrowTwin();
-    EXPECT_EQ(agent_.CreateIcons(exeFiles, iconFiles),
-              twin.CreateIcons(narrowExeFiles, narrowIconFiles));
 }

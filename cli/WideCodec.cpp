@@ -1,0 +1,28 @@
+#include "WideCodec.h"
+
+#include "TextNotRepresentable.h"
+#include "platform/TextEncoding.h"
+
+namespace vagentctl {
+
+WideCodec::Text WideCodec::ToTarget(const std::string& utf8) const {
+    std::string encoded;
+    if (codePage_ != 0 && !platform::EncodeInCodePage(utf8, codePage_, encoded)) {
+        throw TextNotRepresentable(utf8, codePage_);
+    }
+    return LocalPath(utf8);
+}
+
+std::string WideCodec::FromTarget(const Text& text) const {
+    return platform::WideToUtf8(text);
+}
+
+WideCodec::Text WideCodec::LocalPath(const std::string& utf8) const {
+    std::wstring wide;
+    if (!platform::Utf8ToWide(utf8, wide)) {
+        throw TextNotRepresentable(utf8, platform::kUtf8CodePage);
+    }
+    return wide;
+}
+
+}  // namespace vagentctl

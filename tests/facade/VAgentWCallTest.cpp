@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,10 @@ struct WideCall {
     int failure;
     std::function<int(VAgentW&)> run;
 };
+
+void PrintTo(const WideCall& call, std::ostream* out) {
+    *out << call.name;
+}
 
 std::vector<WideCall> EveryWideCall() {
     static std::wstring text = L"J\u00FCrgen";

@@ -20,6 +20,9 @@ constexpr int kAcceptsPerRound = 64;
 // so that a full descriptor table does not turn the loop into a busy wait.
 constexpr std::chrono::milliseconds kAcceptPause{100};
 constexpr std::size_t kScratchSize = 64 * 1024;
+// Reads per connection and round, so that one fast sender of a large block
+// cannot starve the others.
+constexpr int kReadsPerRound = 16;
 
 std::string PeerText(std::uint32_t address, std::uint16_t port) {
     return FormatIpv4(address) + ":" + std::to_string(port);
@@ -125,30 +128,40 @@ void FrameCollector::TakeOn(os::SocketHandle socket, std::uint32_t address, std:
     ++openConnections_;
     pending_.push_back({AcceptedConnection{socket, peer, Clock::now()},
                         RequestFrameReader(settings_.limits), false});
+    // A client sends its frame right after connecting: reading now spares
+    // the request a round of waiting.
+    ReadFrom(pending_.back());
 }
 
-// One read per readiness, never past the frame's end: what follows the
+// Reads what has arrived, never past the frame's end: what follows the
 // frame on the connection belongs to the task (a streamed upload).
 void FrameCollector::ReadFrom(Pending& pending) {
+    for (int i = 0; i < kReadsPerRound && !pending.finished && ReadOnce(pending); ++i) {
+    }
+}
+
+// False when nothing more can be read now.
+bool FrameCollector::ReadOnce(Pending& pending) {
     const std::size_t wanted = std::min(pending.reader.BytesWanted(), scratch_.size());
     std::size_t received = 0;
     const platform::ReadResult result =
         platform::ReceiveAvailable(pending.connection.socket, scratch_.data(), wanted, received);
     switch (result) {
         case platform::ReadResult::WouldBlock:
-            return;
+            return false;
         case platform::ReadResult::Closed:
             Drop(pending, "closed before the request was complete");
-            return;
+            return false;
         case platform::ReadResult::Failed:
             Drop(pending, "receive failed");
-            return;
+            return false;
         case platform::ReadResult::Data:
             break;
     }
     std::size_t consumed = 0;
     pending.reader.Feed(scratch_.data(), received, consumed);
     EndFrame(pending);
+    return true;
 }
 
 void FrameCollector::EndFrame(Pending& pending) {

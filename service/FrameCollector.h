@@ -60,6 +60,7 @@ private:
     void AcceptWaiting();
     void TakeOn(os::SocketHandle socket, std::uint32_t address, std::uint16_t port);
     void ReadFrom(Pending& pending);
+    bool ReadOnce(Pending& pending);
     void EndFrame(Pending& pending);
     void DropExpired();
     void Drop(Pending& pending, const std::string& reason);

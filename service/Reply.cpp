@@ -1,5 +1,7 @@
 #include "Reply.h"
 
+#include <algorithm>
+
 #include "task/ByteOrder.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/ResultEncoders.h"
@@ -18,8 +20,9 @@ std::vector<std::uint8_t> StatusReply(std::uint32_t status) {
 }
 
 std::vector<std::uint8_t> BlockReply(const std::uint8_t* block, std::uint32_t size) {
-    std::vector<std::uint8_t> reply = StatusReply(0);
-    reply.insert(reply.end(), block, block + size);
+    std::vector<std::uint8_t> reply(kStatusSize + size);
+    WriteLittleEndian32(reply.data(), 0);
+    std::copy(block, block + size, reply.begin() + kStatusSize);
     return reply;
 }
 

@@ -7,9 +7,9 @@
 
 #include "files/FileStatus.h"
 #include "files/TransferFrame.h"
-#include "support/TextCompare.h"
 #include "os/FileSystem.h"
 #include "os/ScopedFindHandle.h"
+#include "support/TextCompare.h"
 #include "vagent/ErrorCodes.h"
 
 namespace vagent::files {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -209,10 +210,20 @@ TEST_P(ShortRead, FileThatEndsEarlyLeavesTheEndOfFileStatus) {
     EXPECT_EQ(SendAndTakeTheErrorCode(files), kHandleEndOfFile);
 }
 
-TEST_P(ShortRead, FileThatCannotBeReadLeavesAccessDenied) {
+// C runtimes differ on a read from a stream opened for appending: one flags
+// the stream as failed (errno EBADF, which reads as access denied), another
+// reports the end of the file. Either way the sender keeps the runtime's
+// word, never a network code.
+TEST_P(ShortRead, FileThatCannotBeReadLeavesTheRuntimesStatus) {
     FaultyFileSystem files;
     files.unreadableOf = source_;
-    EXPECT_EQ(SendAndTakeTheErrorCode(files), kAccessDenied);
+    std::FILE* probe = std::fopen((dir_ / "f.bin").string().c_str(), "ab");
+    ASSERT_NE(probe, nullptr);
+    char byte = 0;
+    EXPECT_EQ(std::fread(&byte, 1, 1, probe), 0u);
+    const bool flagged = std::ferror(probe) != 0;
+    std::fclose(probe);
+    EXPECT_EQ(SendAndTakeTheErrorCode(files), flagged ? kAccessDenied : kHandleEndOfFile);
 }
 
 INSTANTIATE_TEST_SUITE_P(HookedOrNot, ShortRead, ::testing::Bool());

@@ -348,21 +348,28 @@ TEST(FileTransfer, SendHookThatRefusesAFrameFailsTheSend) {
     EXPECT_TRUE(ReadUntilClosed(pair.Server()).empty());
 }
 
-TEST(FileTransfer, PiecesRefusedByTheSendHookAreSentAllTheSame) {
+TEST(FileTransfer, PiecesRefusedByTheSendHookAreSentAllTheSameAndLeaveTheLastError) {
     TempDir dir;
     const std::string contents = Pattern(3000, 10);
     WriteWholeFile(dir / "f.bin", contents);
     const std::string source = ToLibraryPath(dir / "f.bin");
+    vagent::test::FaultyFileSystem files;
+    files.lastError = 1223;
+    vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
     sendHookCalls = 0;
     HTTP_FUN hooks{RefuseAfterTheFrame, nullptr, nullptr};
     LoopbackPair pair;
     int sent = 0;
+    std::uint32_t errorCode = 0;
     std::thread sender = SenderThread(pair, sent, [&](VFileTask& task, SocketHandle socket) {
-        return task.SendFile(socket, source, "C:\\f.bin", &hooks);
+        const int result = task.SendFile(socket, source, "C:\\f.bin", &hooks);
+        errorCode = task.GetErrorCode();
+        return result;
     });
     const Bytes wire = ReadUntilClosed(pair.Server());
     sender.join();
     EXPECT_EQ(sent, 1);
+    EXPECT_EQ(errorCode, 1223u);
     EXPECT_EQ(sendHookCalls, 4);
     ASSERT_GE(wire.size(), contents.size());
     EXPECT_EQ(std::string(wire.end() - static_cast<long>(contents.size()), wire.end()), contents);

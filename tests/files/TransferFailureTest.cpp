@@ -37,18 +37,10 @@ namespace {
 constexpr std::uint32_t kFileTransferTask = 44;
 constexpr std::uint32_t kAccessDenied = 5;
 constexpr std::uint32_t kHandleEndOfFile = 38;
-constexpr std::uint32_t kCancelled = 1223;
 constexpr std::uint32_t kTimedOut = 10060;
 
 int LetSendThrough(std::uintptr_t, int) {
     return 1;
-}
-
-int refusedSends = 0;
-
-// Lets the frame through and refuses every piece after it.
-int RefusePieces(std::uintptr_t, int) {
-    return refusedSends++ == 0 ? 1 : 0;
 }
 
 int receivedTotal = 0;
@@ -152,31 +144,6 @@ TEST(TransferFailure, TreeFailingPartWaySendsEveryWholeFileBeforeItThenTheStatus
         }
     }
     EXPECT_EQ(whole, 1);
-}
-
-TEST(TransferFailure, PieceRefusedBySendHookIsSentAndLeavesTheLastErrorInTheErrorCode) {
-    TempDir dir;
-    const std::string contents = Pattern(3000, 3);
-    WriteWholeFile(dir / "f.bin", contents);
-    FaultyFileSystem files;
-    files.lastError = kCancelled;
-    ScopedFacility<vagent::os::FileSystem> scope(files);
-    refusedSends = 0;
-    HTTP_FUN hooks{RefusePieces, nullptr, nullptr};
-    LoopbackPair pair;
-    int sent = 0;
-    std::uint32_t errorCode = 0;
-    std::thread sender = SenderThread(pair, sent, [&](VFileTask& task, SocketHandle socket) {
-        const int result = task.SendFile(socket, ToLibraryPath(dir / "f.bin"), "C:\\f.bin", &hooks);
-        errorCode = task.GetErrorCode();
-        return result;
-    });
-    const Bytes wire = ReadUntilClosed(pair.Server());
-    sender.join();
-    EXPECT_EQ(sent, 1);
-    EXPECT_EQ(errorCode, kCancelled);
-    ASSERT_GE(wire.size(), contents.size());
-    EXPECT_EQ(std::string(wire.end() - static_cast<long>(contents.size()), wire.end()), contents);
 }
 
 class ShortRead : public ::testing::TestWithParam<bool> {

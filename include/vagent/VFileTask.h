@@ -43,6 +43,12 @@ public:
     int ReceiveFileContents(std::uintptr_t socket, const FileFrameHeader& header,
                             HTTP_FUN* callbacks);
     int ReceiveTree(std::uintptr_t socket, HTTP_FUN* callbacks);
+    // ReceiveTree for a caller that named where the files are to go: a frame
+    // whose name does not lie under destinationRoot (resolved, compared
+    // without regard to case) fails the transfer with 0xE6000001 before
+    // anything of it is written.
+    int ReceiveTreeUnder(std::uintptr_t socket, const std::string& destinationRoot,
+                         HTTP_FUN* callbacks);
     int CopyLocally(const std::string& source, const std::string& destination, int recursive);
 
     int CreateIcons(const std::vector<std::string>& exeFiles,

@@ -5,6 +5,7 @@
 
 #include "support/TextCompare.h"
 #include "os/FileSystem.h"
+#include "os/ScopedFindHandle.h"
 
 namespace vagent::files {
 namespace {
@@ -40,16 +41,14 @@ void AppendEntry(const os::FindEntry& found, std::vector<FileAttrA>& entries) {
 }
 
 int ListPattern(const std::string& pattern, std::vector<FileAttrA>& entries) {
-    os::FileSystem& files = os::Files();
-    os::FindHandle search = os::kInvalidFind;
+    os::ScopedFindHandle search(os::Files());
     os::FindEntry found;
-    if (files.FindFirst(pattern, search, found) != 0) {
+    if (search.First(pattern, found) != 0) {
         return 0;
     }
     do {
         AppendEntry(found, entries);
-    } while (files.FindNext(search, found) == 0);
-    files.FindClose(search);
+    } while (search.Next(found) == 0);
     std::stable_sort(entries.begin(), entries.end(), [](const FileAttrA& a, const FileAttrA& b) {
         return CompareIgnoringCase(a.name, b.name) < 0;
     });

@@ -8,6 +8,7 @@
 
 #include "files/DirectoryCreation.h"
 #include "files/FileStatus.h"
+#include "files/PathContainment.h"
 #include "files/TransferFrame.h"
 #include "os/FileSystem.h"
 #include "task/ByteOrder.h"
@@ -25,6 +26,15 @@ constexpr std::uint32_t kBulkReceive = 256 * 1024;
 
 FileReceiver::FileReceiver(TransferChannel& channel, std::uint32_t& errorCode)
     : channel_(channel), errorCode_(errorCode) {}
+
+void FileReceiver::KeepUnder(const std::string& destinationRoot) {
+    rooted_ = true;
+    root_ = destinationRoot;
+}
+
+bool FileReceiver::Admits(const std::string& name) const {
+    return !rooted_ || LiesUnder(root_, name);
+}
 
 bool FileReceiver::Fail(std::uint32_t status) {
     errorCode_ = status;
@@ -114,7 +124,8 @@ bool FileReceiver::ReceiveFileContents(const FileFrameHeader& header) {
 
 // A block size beyond a piece's is refused: the pieces are received into a
 // buffer of one piece. A failed piece fails the file, and the pieces after it
-// are still taken from the connection.
+// are still taken from the connection while it can still deliver them; a
+// size read from the network never keeps the loop going on a dead one.
 bool FileReceiver::ReceivePieces(std::FILE* file, const FileFrameHeader& header) {
     if (header.blockSize > kLargestPiece) {
         return Fail(kErrorNetReceiveData);
@@ -125,6 +136,9 @@ bool FileReceiver::ReceivePieces(std::FILE* file, const FileFrameHeader& header)
         const std::uint32_t wanted = std::min<std::uint32_t>(remaining, header.blockSize);
         if (!channel_.ReceiveExactly(piece, wanted)) {
             succeeded = Fail(channel_.Status());
+            if (!channel_.CanStillDeliver()) {
+                return false;
+            }
         } else if (std::fwrite(piece, 1, wanted, file) != wanted) {
             succeeded = Fail(StatusOfErrno(errno));
         }
@@ -155,6 +169,9 @@ bool FileReceiver::ReceiveInBulk(std::FILE* file, std::uint32_t size) {
 }
 
 bool FileReceiver::ApplyFrame(const FileFrameHeader& header) {
+    if (!Admits(header.name)) {
+        return Fail(kErrorInvalidParameter);
+    }
     if ((header.attributes & os::kFileAttributeDirectory) == 0) {
         return ReceiveFileContents(header);
     }

@@ -18,6 +18,11 @@ public:
 
     FileReceiver(TransferChannel& channel, std::uint32_t& errorCode);
 
+    // From now on every frame's name must lie under the root (see
+    // LiesUnder); another name fails the transfer with 0xE6000001 before
+    // anything of it is written.
+    void KeepUnder(const std::string& destinationRoot);
+
     FrameKind ReceiveFrame(FileFrameHeader& header);
     bool ReceiveFileContents(const FileFrameHeader& header);
     bool ReceiveTree();
@@ -28,10 +33,13 @@ private:
     bool ReceivePieces(std::FILE* file, const FileFrameHeader& header);
     bool ReceiveInBulk(std::FILE* file, std::uint32_t size);
     bool ApplyFrame(const FileFrameHeader& header);
+    bool Admits(const std::string& name) const;
     bool Fail(std::uint32_t status);
 
     TransferChannel& channel_;
     std::uint32_t& errorCode_;
+    bool rooted_ = false;
+    std::string root_;
 };
 
 }  // namespace vagent::files

@@ -6,9 +6,10 @@
 #include <new>
 
 #include "files/FileStatus.h"
-#include "support/TextCompare.h"
 #include "files/TransferFrame.h"
 #include "os/FileSystem.h"
+#include "os/ScopedFindHandle.h"
+#include "support/TextCompare.h"
 #include "vagent/ErrorCodes.h"
 
 namespace vagent::files {
@@ -48,8 +49,11 @@ bool FileSender::SendFrame(std::uint32_t size, std::uint32_t attributes, std::ui
     }
 }
 
+// What was produced before a failure goes out all the same, so that the
+// receiver gets every whole file sent before it and then the end frame.
 bool FileSender::Finish(bool sent) {
-    return sent && (channel_.Flush() || Fail(channel_.Status()));
+    const bool flushed = channel_.Flush();
+    return sent && (flushed || Fail(channel_.Status()));
 }
 
 bool FileSender::SendEndFrame(std::uint32_t status) {
@@ -90,7 +94,10 @@ bool FileSender::SendPieces(std::FILE* file, std::uint32_t size, std::uint32_t b
     for (std::uint32_t index = PieceCount(size, blockSize); index > 0; --index) {
         const std::uint32_t wanted = std::min(remaining, blockSize);
         if (std::fread(piece, 1, wanted, file) != wanted) {
-            return Fail(kErrorNetReceiveData);
+            return Fail(StatusOfShortRead(file, errno));
+        }
+        if (!channel_.MaySend(wanted)) {
+            errorCode_ = os::Files().LastError();
         }
         if (!channel_.SendContent(piece, wanted)) {
             return Fail(channel_.Status());
@@ -109,7 +116,7 @@ bool FileSender::SendInBulk(std::FILE* file, std::uint32_t size) {
     for (std::uint32_t remaining = size; remaining > 0;) {
         const std::uint32_t wanted = std::min(remaining, kBulkRead);
         if (std::fread(buffer.get(), 1, wanted, file) != wanted) {
-            return Fail(kErrorNetReceiveData);
+            return Fail(StatusOfShortRead(file, errno));
         }
         if (!channel_.SendContent(buffer.get(), wanted)) {
             return Fail(channel_.Status());
@@ -135,10 +142,9 @@ bool FileSender::SendTree(const std::string& source, const std::string& destinat
 
 bool FileSender::SendDirectoryEntries(const std::string& source, const std::string& destination,
                                       bool recursive) {
-    os::FileSystem& files = os::Files();
-    os::FindHandle search = os::kInvalidFind;
+    os::ScopedFindHandle search(os::Files());
     os::FindEntry entry;
-    const std::uint32_t status = files.FindFirst(source + "\\*.*", search, entry);
+    const std::uint32_t status = search.First(source + "\\*.*", entry);
     if (status != 0) {
         return Fail(status);
     }
@@ -154,8 +160,7 @@ bool FileSender::SendDirectoryEntries(const std::string& source, const std::stri
         } else if (recursive) {
             succeeded = SendTree(from, to, recursive);
         }
-    } while (succeeded && files.FindNext(search, entry) == 0);
-    files.FindClose(search);
+    } while (succeeded && search.Next(entry) == 0);
     return succeeded;
 }
 

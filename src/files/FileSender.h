@@ -17,8 +17,9 @@ public:
     bool SendTree(const std::string& source, const std::string& destination, bool recursive);
     bool SendFile(const std::string& source, const std::string& destination);
     bool SendEndFrame(std::uint32_t status);
-    // Sends what the channel has gathered after a send that succeeded; the
-    // result is the whole operation's.
+    // Sends what the channel has gathered, also after a send that failed, so
+    // that nothing produced before a failure is lost; the result is the whole
+    // operation's.
     bool Finish(bool sent);
 
 private:

@@ -11,6 +11,7 @@
 #include "os/ModuleResources.h"
 #include "os/Status.h"
 #include "vagent/DllLog.h"
+#include "vagent/ErrorCodes.h"
 
 namespace vagent::files {
 namespace {
@@ -77,11 +78,14 @@ std::uint32_t ExtractIcon(const std::string& exeFile, const std::string& iconFil
 }  // namespace
 
 std::string TemporaryIconPath(const std::string& temporaryDirectory, const std::string& iconPath) {
-    std::size_t cut = iconPath.rfind('\\');
+    std::size_t cut = iconPath.find_last_of("\\/");
     if (cut == std::string::npos) {
         cut = iconPath.rfind(':');
     }
     const std::string name = cut == std::string::npos ? iconPath : iconPath.substr(cut + 1);
+    if (name.find_first_not_of(". ") == std::string::npos) {
+        return std::string();
+    }
     return temporaryDirectory + "\\" + name;
 }
 
@@ -100,7 +104,9 @@ bool CreateIcons(const std::vector<std::string>& exeFiles,
         errorCode = os::Installed<os::Environment>().Value("TEMP", temporaryDirectory);
         for (std::size_t index = 0; errorCode == 0 && index < exeFiles.size(); ++index) {
             temporaryFiles.push_back(TemporaryIconPath(temporaryDirectory, iconFiles[index]));
-            errorCode = ExtractIcon(exeFiles[index], temporaryFiles.back());
+            errorCode = temporaryFiles.back().empty()
+                            ? kErrorInvalidParameter
+                            : ExtractIcon(exeFiles[index], temporaryFiles.back());
         }
     } catch (const std::bad_alloc&) {
         errorCode = os::kNotEnoughMemory;

@@ -3,6 +3,7 @@
 #include "files/DirectoryCreation.h"
 #include "support/TextCompare.h"
 #include "os/FileSystem.h"
+#include "os/ScopedFindHandle.h"
 #include "os/Status.h"
 
 namespace vagent::files {
@@ -46,10 +47,9 @@ bool CopyDirectory(const std::string& source, const std::string& destination, bo
     if (!EnsureDirectory(destination, errorCode)) {
         return false;
     }
-    os::FileSystem& files = os::Files();
-    os::FindHandle search = os::kInvalidFind;
+    os::ScopedFindHandle search(os::Files());
     os::FindEntry entry;
-    const std::uint32_t status = files.FindFirst(source + "\\*.*", search, entry);
+    const std::uint32_t status = search.First(source + "\\*.*", entry);
     if (status != 0) {
         return Failed(status, errorCode);
     }
@@ -65,8 +65,7 @@ bool CopyDirectory(const std::string& source, const std::string& destination, bo
         } else if (recursive) {
             succeeded = CopyDirectory(from, to, recursive, errorCode);
         }
-    } while (succeeded && files.FindNext(search, entry) == 0);
-    files.FindClose(search);
+    } while (succeeded && search.Next(entry) == 0);
     return succeeded;
 }
 

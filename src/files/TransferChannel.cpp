@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "os/Clock.h"
 #include "os/Sockets.h"
 #include "task/ByteOrder.h"
 #include "vagent/ErrorCodes.h"
@@ -15,11 +16,18 @@ namespace {
 constexpr std::uint32_t kGatherCapacity = 256 * 1024;
 constexpr std::uint32_t kLengthFieldSize = 4;
 constexpr int kRetryAtOnce = 2;
+// How long a receive may wait in all, and how long a file's pieces may go on
+// failing with nothing arriving, before the peer is given up.
+constexpr std::int64_t kReceiveLimitSeconds = 5;
+
+std::int64_t Now() {
+    return os::Installed<os::Clock>().SecondsSinceEpoch();
+}
 
 }  // namespace
 
 TransferChannel::TransferChannel(std::uintptr_t socket, HTTP_FUN* callbacks)
-    : socket_(socket), callbacks_(callbacks) {
+    : socket_(socket), callbacks_(callbacks), lastArrival_(Now()) {
     if (callbacks_ == nullptr) {
         gathered_.reset(new (std::nothrow) std::uint8_t[kGatherCapacity]);
     }
@@ -32,9 +40,13 @@ bool TransferChannel::Fail(std::uint32_t status) {
     return false;
 }
 
+bool TransferChannel::MaySend(std::uint32_t count) {
+    return callbacks_ == nullptr || callbacks_->pfnBeforeSend == nullptr ||
+           callbacks_->pfnBeforeSend(socket_, static_cast<int>(count)) != 0;
+}
+
 bool TransferChannel::SendFrame(const std::uint8_t* body, std::uint32_t length) {
-    if (callbacks_ != nullptr && callbacks_->pfnBeforeSend != nullptr &&
-        callbacks_->pfnBeforeSend(socket_, static_cast<int>(length + kLengthFieldSize)) == 0) {
+    if (!MaySend(length + kLengthFieldSize)) {
         return Fail(kErrorInvalidParameter);
     }
     std::uint8_t prefix[kLengthFieldSize];
@@ -43,9 +55,6 @@ bool TransferChannel::SendFrame(const std::uint8_t* body, std::uint32_t length) 
 }
 
 bool TransferChannel::SendContent(const std::uint8_t* data, std::uint32_t count) {
-    if (callbacks_ != nullptr && callbacks_->pfnBeforeSend != nullptr) {
-        callbacks_->pfnBeforeSend(socket_, static_cast<int>(count));
-    }
     return Gather(data, count);
 }
 
@@ -87,12 +96,19 @@ bool TransferChannel::SendAll(const std::uint8_t* data, std::uint32_t count) {
 }
 
 bool TransferChannel::ReceiveExactly(std::uint8_t* buffer, std::uint32_t count) {
-    if (callbacks_ != nullptr && callbacks_->pfnBeforeRecv != nullptr) {
+    if (callbacks_ != nullptr &&
+        (callbacks_->pfnBeforeRecv != nullptr || callbacks_->pfnAfterRecv != nullptr)) {
         return ReceiveThroughHooks(buffer, count);
     }
     return ReceiveAll(buffer, count);
 }
 
+bool TransferChannel::CanStillDeliver() const {
+    return !closed_ && Now() - lastArrival_ <= kReceiveLimitSeconds;
+}
+
+// A failing receive means the peer has closed or the socket has failed: no
+// later receive will get anything.
 bool TransferChannel::ReceiveAll(std::uint8_t* buffer, std::uint32_t count) {
     os::Sockets& sockets = os::Installed<os::Sockets>();
     std::uint32_t received = 0;
@@ -101,24 +117,42 @@ bool TransferChannel::ReceiveAll(std::uint8_t* buffer, std::uint32_t count) {
         const std::uint32_t status =
             sockets.Receive(socket_, buffer + received, static_cast<int>(count - received), 0, got);
         if (status != 0 || got < 1) {
+            closed_ = true;
             return Fail(status);
         }
         received += static_cast<std::uint32_t>(got);
+        lastArrival_ = Now();
     }
     return true;
+}
+
+// Asks the receive hook for the count, again at once for as long as it
+// answers 2, but not past the receive limit.
+bool TransferChannel::AskBeforeReceive(int& wanted, std::int64_t started) {
+    if (callbacks_->pfnBeforeRecv == nullptr) {
+        return true;
+    }
+    int verdict = callbacks_->pfnBeforeRecv(socket_, &wanted);
+    while (verdict == kRetryAtOnce) {
+        if (Now() - started > kReceiveLimitSeconds) {
+            return Fail(os::kSocketTimedOut);
+        }
+        verdict = callbacks_->pfnBeforeRecv(socket_, &wanted);
+    }
+    return verdict != 0 || Fail(kErrorNetReceiveData);
 }
 
 // The receive hook may lower each count; a count it raises beyond what is
 // still wanted is held to it, and one it makes zero or negative fails.
 bool TransferChannel::ReceiveThroughHooks(std::uint8_t* buffer, std::uint32_t count) {
+    const std::int64_t started = Now();
     std::uint32_t received = 0;
     while (received < count) {
         int wanted = static_cast<int>(count - received);
-        int verdict = kRetryAtOnce;
-        while (verdict == kRetryAtOnce) {
-            verdict = callbacks_->pfnBeforeRecv(socket_, &wanted);
+        if (!AskBeforeReceive(wanted, started)) {
+            return false;
         }
-        if (verdict == 0 || wanted <= 0) {
+        if (wanted <= 0) {
             return Fail(kErrorNetReceiveData);
         }
         const std::uint32_t part = std::min(static_cast<std::uint32_t>(wanted), count - received);

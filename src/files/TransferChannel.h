@@ -22,23 +22,30 @@ public:
     // The status of the last call that failed, 0 when none failed.
     std::uint32_t Status() const { return status_; }
 
+    // Asks the send hook, when there is one, whether count bytes may go.
+    bool MaySend(std::uint32_t count);
     // Sends one frame: its 4-byte little-endian length, then its body. With
     // hooks, the send hook sees the whole count first and may refuse.
     bool SendFrame(const std::uint8_t* body, std::uint32_t length);
-    // Sends content bytes. With hooks, the send hook sees the count first; a
-    // refusal does not stop the piece.
+    // Sends content bytes (gathered when there are no hooks).
     bool SendContent(const std::uint8_t* data, std::uint32_t count);
     // Sends whatever has been gathered.
     bool Flush();
 
-    // Receives exactly count bytes, through the receive hooks when given.
+    // Receives exactly count bytes, through the receive hooks when given. A
+    // receive that has waited past the receive limit in all fails.
     bool ReceiveExactly(std::uint8_t* buffer, std::uint32_t count);
+    // Whether a later receive may still get bytes: false once the peer has
+    // closed, a receive has failed on the socket, or nothing has arrived for
+    // longer than the receive limit.
+    bool CanStillDeliver() const;
 
 private:
     bool Gather(const std::uint8_t* data, std::uint32_t count);
     bool SendAll(const std::uint8_t* data, std::uint32_t count);
     bool ReceiveAll(std::uint8_t* buffer, std::uint32_t count);
     bool ReceiveThroughHooks(std::uint8_t* buffer, std::uint32_t count);
+    bool AskBeforeReceive(int& wanted, std::int64_t started);
     bool Fail(std::uint32_t status);
 
     std::uintptr_t socket_;
@@ -46,6 +53,8 @@ private:
     std::unique_ptr<std::uint8_t[]> gathered_;
     std::uint32_t gatheredCount_ = 0;
     std::uint32_t status_ = 0;
+    bool closed_ = false;
+    std::int64_t lastArrival_;
 };
 
 }  // namespace vagent::files

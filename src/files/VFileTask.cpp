@@ -67,6 +67,14 @@ int VFileTask::ReceiveTree(std::uintptr_t socket, HTTP_FUN* callbacks) {
     return receiver.ReceiveTree() ? 1 : 0;
 }
 
+int VFileTask::ReceiveTreeUnder(std::uintptr_t socket, const std::string& destinationRoot,
+                                HTTP_FUN* callbacks) {
+    vagent::files::TransferChannel channel(socket, callbacks);
+    vagent::files::FileReceiver receiver(channel, errorCode_);
+    receiver.KeepUnder(destinationRoot);
+    return receiver.ReceiveTree() ? 1 : 0;
+}
+
 int VFileTask::CopyLocally(const std::string& source, const std::string& destination,
                            int recursive) {
     return vagent::files::CopyLocally(source, destination, recursive != 0, errorCode_) ? 1 : 0;

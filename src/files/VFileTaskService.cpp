@@ -1,12 +1,15 @@
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "files/FileBundleCodecs.h"
+#include "files/FileSender.h"
 #include "files/IconExtraction.h"
 #include "files/ListingCodecs.h"
 #include "files/RelayConnection.h"
+#include "files/TransferChannel.h"
 #include "os/WindowMessages.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
@@ -157,7 +160,8 @@ bool Flag(const std::string& text) {
     return std::atoi(text.c_str()) != 0;
 }
 
-// Streams the files from a second agent service and writes them here.
+// Streams the files from a second agent service and writes them here, each
+// under the destination that the request named.
 int RelayFiles(VFileTask& task, std::uint32_t& errorCode, const std::vector<std::string>& items) {
     vagent::files::RelayConnection relay;
     const std::uint32_t status =
@@ -167,26 +171,55 @@ int RelayFiles(VFileTask& task, std::uint32_t& errorCode, const std::vector<std:
         errorCode = status;
         return 0;
     }
-    return task.ReceiveTree(relay.Socket(), nullptr);
+    return task.ReceiveTreeUnder(relay.Socket(), items[3], nullptr);
+}
+
+// An exhausted allocation fails the work with 8 instead of leaving it.
+template <class Work>
+int GuardAllocation(std::uint32_t& errorCode, Work work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        errorCode = vagent::kErrorNotEnoughMemory;
+        return 0;
+    }
+}
+
+int CopyWork(VFileTask& task, std::uint32_t& errorCode, vagent::files::FileSender& sender,
+             const std::vector<std::string>& items) {
+    if (!items[0].empty()) {
+        return RelayFiles(task, errorCode, items);
+    }
+    if (Flag(items[5])) {
+        return task.CopyLocally(items[2], items[3], Flag(items[4]) ? 1 : 0);
+    }
+    return sender.SendTree(items[2], items[3], Flag(items[4])) ? 1 : 0;
+}
+
+// The end frame follows what the walk produced on the same channel, so that
+// the requester gets every whole file sent before a failure, then its
+// status. Its own failure is not the work's: the requester is gone.
+void EndExchange(vagent::files::TransferChannel& channel, std::uint32_t status) {
+    std::uint32_t endStatus = 0;
+    vagent::files::FileSender ender(channel, endStatus);
+    ender.Finish(ender.SendEndFrame(status));
 }
 
 // A request that cannot be read still ends the exchange with an end frame,
-// so that the requester is not left waiting for frames.
+// so that the requester is not left waiting for frames. The result is the
+// work's.
 Outcome CopyFiles(VFileTask& task, std::uint32_t& errorCode, std::uintptr_t connection,
                   bool decoded, const std::vector<std::string>& items) {
     Outcome outcome;
+    vagent::files::TransferChannel channel(connection, nullptr);
+    vagent::files::FileSender sender(channel, errorCode);
     if (!decoded || items.size() < kFilesCopyItems) {
         errorCode = vagent::kErrorInvalidParameter;
-    } else if (!items[0].empty()) {
-        outcome.truth = RelayFiles(task, errorCode, items);
-    } else if (Flag(items[5])) {
-        outcome.truth = task.CopyLocally(items[2], items[3], Flag(items[4]) ? 1 : 0);
     } else {
         outcome.truth =
-            task.SendTree(connection, items[2], items[3], Flag(items[4]) ? 1 : 0, nullptr);
+            GuardAllocation(errorCode, [&] { return CopyWork(task, errorCode, sender, items); });
     }
-    const int ended = task.SendEndFrame(connection, errorCode, nullptr);
-    outcome.truth = outcome.truth != 0 && ended != 0 ? 1 : 0;
+    EndExchange(channel, errorCode);
     return outcome;
 }
 
@@ -198,7 +231,8 @@ Outcome UploadFiles(VFileTask& task, std::uint32_t& errorCode, std::uintptr_t co
         task.SendEndFrame(connection, errorCode, nullptr);
         return outcome;
     }
-    outcome.truth = task.ReceiveTree(connection, nullptr);
+    outcome.truth =
+        GuardAllocation(errorCode, [&] { return task.ReceiveTree(connection, nullptr); });
     task.SendEndFrame(connection, errorCode, nullptr);
     const auto window =
         static_cast<std::uintptr_t>(items.empty() ? 0L : std::atol(items.front().c_str()));
@@ -209,8 +243,63 @@ Outcome UploadFiles(VFileTask& task, std::uint32_t& errorCode, std::uintptr_t co
     return outcome;
 }
 
+// What DoTask hands to the work: the request as it arrived.
+struct Request {
+    std::uint32_t taskId = 0;
+    bool hasPayload = false;
+    const std::uint8_t* payload = nullptr;
+    std::uint32_t length = 0;
+    std::uintptr_t connection = 0;
+};
+
+Outcome Dispatch(VFileTask& task, std::uint32_t& errorCode, const Request& request) {
+    std::vector<std::string> items;
+    std::vector<std::string> second;
+    const auto strings = [&] {
+        return DecodeStrings(request.hasPayload, request.payload, request.length, items);
+    };
+    switch (request.taskId) {
+        case kDirList:
+            return ListDirectory(task, strings(), items);
+        case kIsFileExist:
+            return TestExistence(task, strings(), items);
+        case kCreateIcons:
+            return ExtractIcons(
+                errorCode,
+                DecodePairs(request.hasPayload, request.payload, request.length, items, second),
+                items, second);
+        case kGetImageDirectory: {
+            std::string directory;
+            return StringOutcome(task.GetImageDirectory(directory), directory);
+        }
+        case kGetHostName: {
+            std::string name;
+            return StringOutcome(task.GetHostName(name), name);
+        }
+        case kGetHostVersion:
+            return ReportVersion(task);
+        case kIsProcess32:
+            strings();
+            return Outcome();
+        case kIsLdapObjectExist:
+            return TestLdapObject(task, strings(), items);
+        case kFilesCopy:
+            return CopyFiles(task, errorCode, request.connection, strings(), items);
+        case kUploadFiles:
+            return UploadFiles(task, errorCode, request.connection, strings(), items);
+        case kGetServiceUserName:
+            return ReportServiceAccount(task, strings(), items);
+        case kChangeServiceUserPasswd:
+            return ChangeServiceAccount(task, strings(), items);
+        default:
+            return Outcome();
+    }
+}
+
 }  // namespace
 
+// An exhausted allocation anywhere in the work fails the task with 8 and no
+// block; the work's own scopes release what they held.
 int VFileTask::DoTask(std::uint8_t** resultData, std::uint32_t* resultLength) {
     if (!PrepareResultOutputs(resultData, resultLength, "DoTask : Paramter Error")) {
         return 0;
@@ -218,58 +307,15 @@ int VFileTask::DoTask(std::uint8_t** resultData, std::uint32_t* resultLength) {
     if (taskId_ < kFirstFamilyId || taskId_ > kLastFamilyId) {
         return 0;
     }
-    const std::uint8_t* payload = nullptr;
-    std::uint32_t length = 0;
-    const bool hasPayload = RequestPayload(payload, length);
-    const std::uintptr_t connection = request_ != nullptr ? request_->connection : 0;
-    std::vector<std::string> items;
-    std::vector<std::string> second;
-    const auto strings = [&] { return DecodeStrings(hasPayload, payload, length, items); };
+    Request request;
+    request.taskId = taskId_;
+    request.hasPayload = RequestPayload(request.payload, request.length);
+    request.connection = request_ != nullptr ? request_->connection : 0;
     Outcome outcome;
-    switch (taskId_) {
-        case kDirList:
-            outcome = ListDirectory(*this, strings(), items);
-            break;
-        case kIsFileExist:
-            outcome = TestExistence(*this, strings(), items);
-            break;
-        case kCreateIcons:
-            outcome = ExtractIcons(
-                errorCode_, DecodePairs(hasPayload, payload, length, items, second), items, second);
-            break;
-        case kGetImageDirectory: {
-            std::string directory;
-            outcome = StringOutcome(GetImageDirectory(directory), directory);
-            break;
-        }
-        case kGetHostName: {
-            std::string name;
-            outcome = StringOutcome(GetHostName(name), name);
-            break;
-        }
-        case kGetHostVersion:
-            outcome = ReportVersion(*this);
-            break;
-        case kIsProcess32:
-            strings();
-            break;
-        case kIsLdapObjectExist:
-            outcome = TestLdapObject(*this, strings(), items);
-            break;
-        case kFilesCopy:
-            outcome = CopyFiles(*this, errorCode_, connection, strings(), items);
-            break;
-        case kUploadFiles:
-            outcome = UploadFiles(*this, errorCode_, connection, strings(), items);
-            break;
-        case kGetServiceUserName:
-            outcome = ReportServiceAccount(*this, strings(), items);
-            break;
-        case kChangeServiceUserPasswd:
-            outcome = ChangeServiceAccount(*this, strings(), items);
-            break;
-        default:
-            break;
+    try {
+        outcome = Dispatch(*this, errorCode_, request);
+    } catch (const std::bad_alloc&) {
+        errorCode_ = vagent::kErrorNotEnoughMemory;
     }
     *resultData = outcome.block;
     *resultLength = outcome.size;

@@ -83,6 +83,9 @@ public:
     // resource's local name that is not null. Returns 0 or the status of the
     // enumeration's opening or reading.
     virtual std::uint32_t ConnectedDiskNames(std::vector<std::string>& localNames) = 0;
+    // Mirrors GetLastError: the calling thread's last error, as a caller's
+    // hook may have left it.
+    virtual std::uint32_t LastError() = 0;
 };
 
 template <>

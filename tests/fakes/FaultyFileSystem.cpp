@@ -1,5 +1,7 @@
 #include "fakes/FaultyFileSystem.h"
 
+#include <new>
+
 #include "os/Facilities.h"
 
 namespace vagent::test {
@@ -11,13 +13,18 @@ os::FileSystem& Real() {
 
 }  // namespace
 
+void FaultyFileSystem::Record(const std::string& call) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    calls.push_back(call);
+}
+
 bool FaultyFileSystem::Exists(const std::string& path) {
-    calls.push_back("Exists " + path);
+    Record("Exists " + path);
     return Real().Exists(path);
 }
 
 std::uint32_t FaultyFileSystem::Size(const std::string& path, std::uint64_t& size) {
-    calls.push_back("Size " + path);
+    Record("Size " + path);
     if (sizeStatus != 0) {
         return sizeStatus;
     }
@@ -26,7 +33,7 @@ std::uint32_t FaultyFileSystem::Size(const std::string& path, std::uint64_t& siz
 
 std::uint32_t FaultyFileSystem::Copy(const std::string& from, const std::string& to,
                                      bool failIfExists) {
-    calls.push_back("Copy " + from + " -> " + to);
+    Record("Copy " + from + " -> " + to);
     if (copyStatus != 0) {
         return copyStatus;
     }
@@ -34,7 +41,7 @@ std::uint32_t FaultyFileSystem::Copy(const std::string& from, const std::string&
 }
 
 std::uint32_t FaultyFileSystem::Remove(const std::string& path) {
-    calls.push_back("Remove " + path);
+    Record("Remove " + path);
     if (removeStatus != 0) {
         return removeStatus;
     }
@@ -42,45 +49,62 @@ std::uint32_t FaultyFileSystem::Remove(const std::string& path) {
 }
 
 std::FILE* FaultyFileSystem::Open(const std::string& path, const char* mode) {
-    calls.push_back("Open " + path + " " + mode);
+    Record("Open " + path + " " + mode);
     if (failOpen || path == failOpenOf) {
         return nullptr;
+    }
+    if (path == unreadableOf) {
+        return Real().Open(path, "ab");
     }
     return Real().Open(path, openReadOnly ? "r" : mode);
 }
 
 std::uint32_t FaultyFileSystem::Attributes(const std::string& path, std::uint32_t& attributes) {
-    calls.push_back("Attributes " + path);
+    Record("Attributes " + path);
     return Real().Attributes(path, attributes);
 }
 
+bool FaultyFileSystem::AttributesExFails() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return attributesExCallsBeforeFailure &&
+           attributesExCalls_++ >= *attributesExCallsBeforeFailure;
+}
+
 std::uint32_t FaultyFileSystem::AttributesEx(const std::string& path, os::FileAttributeData& data) {
-    calls.push_back("AttributesEx " + path);
-    return Real().AttributesEx(path, data);
+    Record("AttributesEx " + path);
+    if (AttributesExFails()) {
+        return attributesExStatus;
+    }
+    const std::uint32_t status = Real().AttributesEx(path, data);
+    data.size += extraSize;
+    return status;
 }
 
 std::uint32_t FaultyFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
-    calls.push_back("SetAttributes " + path + " " + std::to_string(attributes));
+    Record("SetAttributes " + path + " " + std::to_string(attributes));
     return Real().SetAttributes(path, attributes);
 }
 
 std::uint32_t FaultyFileSystem::FindFirst(const std::string& pattern, os::FindHandle& handle,
                                           os::FindEntry& entry) {
-    calls.push_back("FindFirst " + pattern);
+    Record("FindFirst " + pattern);
     return Real().FindFirst(pattern, handle, entry);
 }
 
 std::uint32_t FaultyFileSystem::FindNext(os::FindHandle handle, os::FindEntry& entry) {
+    if (throwOnFindNext) {
+        throw std::bad_alloc();
+    }
     return Real().FindNext(handle, entry);
 }
 
 void FaultyFileSystem::FindClose(os::FindHandle handle) {
-    calls.push_back("FindClose");
+    Record("FindClose");
     Real().FindClose(handle);
 }
 
 std::uint32_t FaultyFileSystem::CreateDirectoryTree(const std::string& path) {
-    calls.push_back("CreateDirectoryTree " + path);
+    Record("CreateDirectoryTree " + path);
     return Real().CreateDirectoryTree(path);
 }
 
@@ -89,12 +113,12 @@ std::int64_t FaultyFileSystem::FileLength(std::FILE* file) {
 }
 
 std::uint32_t FaultyFileSystem::LogicalDrives() {
-    calls.push_back("LogicalDrives");
+    Record("LogicalDrives");
     return drives ? *drives : Real().LogicalDrives();
 }
 
 std::uint32_t FaultyFileSystem::ConnectedDiskNames(std::vector<std::string>& localNames) {
-    calls.push_back("ConnectedDiskNames");
+    Record("ConnectedDiskNames");
     if (networkStatus != 0) {
         return networkStatus;
     }
@@ -103,6 +127,10 @@ std::uint32_t FaultyFileSystem::ConnectedDiskNames(std::vector<std::string>& loc
         return 0;
     }
     return Real().ConnectedDiskNames(localNames);
+}
+
+std::uint32_t FaultyFileSystem::LastError() {
+    return lastError ? *lastError : Real().LastError();
 }
 
 }  // namespace vagent::test

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +12,8 @@
 namespace vagent::test {
 
 // The real file system with failures injected on request; records every call
-// as "Operation path[ -> path]".
+// as "Operation path[ -> path]". A sender and a receiver on two threads may
+// share it: the record and the call counts are kept under a lock.
 class FaultyFileSystem final : public os::FileSystem {
 public:
     bool Exists(const std::string& path) override;
@@ -29,6 +32,7 @@ public:
     std::int64_t FileLength(std::FILE* file) override;
     std::uint32_t LogicalDrives() override;
     std::uint32_t ConnectedDiskNames(std::vector<std::string>& localNames) override;
+    std::uint32_t LastError() override;
 
     std::uint32_t sizeStatus = 0;
     std::uint32_t copyStatus = 0;
@@ -44,7 +48,28 @@ public:
     // networkStatus fails the enumeration instead.
     std::optional<std::vector<std::string>> networkDisks;
     std::uint32_t networkStatus = 0;
+    // AttributesEx answers this many calls, then fails every later one with
+    // attributesExStatus, as for a file whose attributes cannot be read.
+    std::optional<std::size_t> attributesExCallsBeforeFailure;
+    std::uint32_t attributesExStatus = 0;
+    // AttributesEx reports this many bytes more than the file holds, as if
+    // it shrank before it was read.
+    std::uint64_t extraSize = 0;
+    // Opens this one path for appending whatever the mode, so that reads
+    // from it fail as on a handle without read access.
+    std::string unreadableOf;
+    // FindNext throws std::bad_alloc, as an allocation inside a walk would.
+    bool throwOnFindNext = false;
+    // The thread's last error instead of the real one.
+    std::optional<std::uint32_t> lastError;
     std::vector<std::string> calls;
+
+private:
+    void Record(const std::string& call);
+    bool AttributesExFails();
+
+    std::mutex mutex_;
+    std::size_t attributesExCalls_ = 0;
 };
 
 }  // namespace vagent::test

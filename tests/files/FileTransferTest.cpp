@@ -8,6 +8,7 @@
 
 #include "fakes/FaultyFileSystem.h"
 #include "files/Loopback.h"
+#include "files/TransferWire.h"
 #include "helpers/TempDir.h"
 #include "os/FileSystem.h"
 #include "os/Sockets.h"
@@ -16,39 +17,21 @@
 
 using vagent::os::Files;
 using vagent::os::SocketHandle;
+using vagent::test::Bytes;
+using vagent::test::Frame;
 using vagent::test::LoopbackPair;
+using vagent::test::Pattern;
+using vagent::test::ReadUntilClosed;
 using vagent::test::ReadWholeFile;
+using vagent::test::SenderThread;
+using vagent::test::SendRaw;
 using vagent::test::TempDir;
 using vagent::test::ToLibraryPath;
 using vagent::test::WriteWholeFile;
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
 constexpr std::uint32_t kFileTransferTask = 44;
-
-std::string Pattern(std::size_t size, unsigned seed) {
-    std::string text(size, '\0');
-    for (std::size_t index = 0; index < size; ++index) {
-        text[index] = static_cast<char>((index * 131 + seed * 7 + index / 251) & 0xFF);
-    }
-    return text;
-}
-
-Bytes ReadUntilClosed(SocketHandle socket) {
-    Bytes bytes;
-    std::uint8_t buffer[4096];
-    for (;;) {
-        int got = 0;
-        if (vagent::os::Installed<vagent::os::Sockets>().Receive(socket, buffer, sizeof buffer, 0,
-                                                                 got) != 0 ||
-            got <= 0) {
-            return bytes;
-        }
-        bytes.insert(bytes.end(), buffer, buffer + got);
-    }
-}
 
 std::string ReceiveCount(SocketHandle socket, std::uint32_t count) {
     std::string bytes(count, '\0');
@@ -66,50 +49,10 @@ std::string ReceiveCount(SocketHandle socket, std::uint32_t count) {
     return bytes;
 }
 
-void SendRaw(SocketHandle socket, const Bytes& bytes) {
-    int sent = 0;
-    ASSERT_EQ(vagent::os::Installed<vagent::os::Sockets>().Send(
-                  socket, bytes.data(), static_cast<int>(bytes.size()), 0, sent),
-              0u);
-    ASSERT_EQ(sent, static_cast<int>(bytes.size()));
-}
-
-void AppendLittleEndian(Bytes& bytes, std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8) {
-        bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-    }
-}
-
-// A frame as it travels: its length, then size, attributes, block size, the
-// name's length with its zero, and the name.
-Bytes Frame(std::uint32_t size, std::uint32_t attributes, std::uint32_t blockSize,
-            const std::string& name) {
-    Bytes bytes;
-    AppendLittleEndian(bytes, static_cast<std::uint32_t>(16 + name.size() + 1));
-    AppendLittleEndian(bytes, size);
-    AppendLittleEndian(bytes, attributes);
-    AppendLittleEndian(bytes, blockSize);
-    AppendLittleEndian(bytes, static_cast<std::uint32_t>(name.size() + 1));
-    bytes.insert(bytes.end(), name.begin(), name.end());
-    bytes.push_back(0);
-    return bytes;
-}
-
 std::uint32_t AttributesOf(const std::string& path) {
     std::uint32_t attributes = 0;
     EXPECT_EQ(Files().Attributes(path, attributes), 0u);
     return attributes;
-}
-
-// Runs send on its own thread against the pair's client side, closes that
-// side when done, and gives what the sender returned.
-template <typename Send>
-std::thread SenderThread(LoopbackPair& pair, int& sent, Send send) {
-    return std::thread([&pair, &sent, send] {
-        VFileTask sender(kFileTransferTask);
-        sent = send(sender, pair.Client());
-        pair.CloseClient();
-    });
 }
 
 std::vector<int>* sendCounts = nullptr;
@@ -405,21 +348,28 @@ TEST(FileTransfer, SendHookThatRefusesAFrameFailsTheSend) {
     EXPECT_TRUE(ReadUntilClosed(pair.Server()).empty());
 }
 
-TEST(FileTransfer, PiecesRefusedByTheSendHookAreSentAllTheSame) {
+TEST(FileTransfer, PiecesRefusedByTheSendHookAreSentAllTheSameAndLeaveTheLastError) {
     TempDir dir;
     const std::string contents = Pattern(3000, 10);
     WriteWholeFile(dir / "f.bin", contents);
     const std::string source = ToLibraryPath(dir / "f.bin");
+    vagent::test::FaultyFileSystem files;
+    files.lastError = 1223;
+    vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
     sendHookCalls = 0;
     HTTP_FUN hooks{RefuseAfterTheFrame, nullptr, nullptr};
     LoopbackPair pair;
     int sent = 0;
+    std::uint32_t errorCode = 0;
     std::thread sender = SenderThread(pair, sent, [&](VFileTask& task, SocketHandle socket) {
-        return task.SendFile(socket, source, "C:\\f.bin", &hooks);
+        const int result = task.SendFile(socket, source, "C:\\f.bin", &hooks);
+        errorCode = task.GetErrorCode();
+        return result;
     });
     const Bytes wire = ReadUntilClosed(pair.Server());
     sender.join();
     EXPECT_EQ(sent, 1);
+    EXPECT_EQ(errorCode, 1223u);
     EXPECT_EQ(sendHookCalls, 4);
     ASSERT_GE(wire.size(), contents.size());
     EXPECT_EQ(std::string(wire.end() - static_cast<long>(contents.size()), wire.end()), contents);

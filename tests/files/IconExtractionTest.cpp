@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "fakes/FakeEnvironment.h"
 #include "fakes/FakeModuleResources.h"
 #include "files/FileTaskHarness.h"
@@ -68,6 +70,31 @@ TEST(TemporaryIconPath, TakesTheFileNameAfterTheLastBackslashOrColon) {
     EXPECT_EQ(TemporaryIconPath("T:\\tmp", "C:\\a\\b\\app.ico"), "T:\\tmp\\app.ico");
     EXPECT_EQ(TemporaryIconPath("T:\\tmp", "C:app.ico"), "T:\\tmp\\app.ico");
     EXPECT_EQ(TemporaryIconPath("T:\\tmp", "app.ico"), "T:\\tmp\\app.ico");
+}
+
+TEST(TemporaryIconPath, NameWithSlashesOrDotsStaysInsideTheTemporaryDirectory) {
+    EXPECT_EQ(TemporaryIconPath("T:\\tmp", "a/../../x.ico"), "T:\\tmp\\x.ico");
+    EXPECT_EQ(TemporaryIconPath("T:\\tmp", "C:\\icons/sub/app.ico"), "T:\\tmp\\app.ico");
+    EXPECT_EQ(TemporaryIconPath("T:\\tmp", "..\\..\\x.ico"), "T:\\tmp\\x.ico");
+    EXPECT_EQ(TemporaryIconPath("T:\\tmp", "C:\\icons\\.."), "");
+    EXPECT_EQ(TemporaryIconPath("T:\\tmp", "C:\\icons/."), "");
+    EXPECT_EQ(TemporaryIconPath("T:\\tmp", "C:\\icons\\"), "");
+}
+
+TEST(CreateIcons, IconPathWhoseNameWouldLeaveTempIsRefusedWithInvalidParameter) {
+    TempDir temp;
+    FakeModuleResources resources;
+    resources.modules["C:\\app.exe"] = TwoImageModule();
+    FakeEnvironment environment;
+    environment.variables["TEMP"] = ToLibraryPath(temp / "inner");
+    vagent::os::ScopedFacility<vagent::os::ModuleResources> resourcesScope(resources);
+    vagent::os::ScopedFacility<vagent::os::Environment> environmentScope(environment);
+    std::vector<std::string> temporary;
+    std::uint32_t errorCode = 0;
+    EXPECT_FALSE(CreateIcons({"C:\\app.exe"}, {"D:\\icons\\.."}, temporary, errorCode));
+    EXPECT_EQ(errorCode, 0xE6000001u);
+    EXPECT_FALSE(std::filesystem::exists(temp / "inner"));
+    EXPECT_EQ(resources.loads, 0);
 }
 
 TEST(CreateIcons, ListsOfDifferentLengthsAreRefused) {

@@ -124,6 +124,22 @@ TEST(VFileTaskDoTask, DirListOfAnEmptyDirectorySucceedsWithoutABlock) {
     EXPECT_THAT(capture.Texts(), ElementsAre("VecFileAttr2Result : Parameter Error, dwSize = 0"));
 }
 
+TEST(VFileTaskDoTask, DirListThatRunsOutOfMemoryMidWalkFailsWith8AndClosesItsSearch) {
+    TempDir dir;
+    WriteWholeFile(dir / "a", "a");
+    WriteWholeFile(dir / "b", "b");
+    vagent::test::FaultyFileSystem files;
+    files.throwOnFindNext = true;
+    vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
+    VFileTask task(28);
+    TaskAnswer result;
+    EXPECT_NO_THROW(result = RunFileTask(task, ListBlock({dir.LibraryPath() + "*"})));
+    EXPECT_EQ(result.truth, 0);
+    EXPECT_TRUE(result.block.empty());
+    EXPECT_EQ(task.GetErrorCode(), 8u);
+    EXPECT_THAT(files.calls, ElementsAre("FindFirst " + dir.LibraryPath() + "*", "FindClose"));
+}
+
 TEST(VFileTaskDoTask, RequestShorterThanItsPrefixFailsTheDecoding) {
     VFileTask task(28);
     const TaskAnswer result = RunFileTask(task, Bytes{0, 0});

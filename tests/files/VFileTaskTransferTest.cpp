@@ -1,16 +1,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "fakes/FakeWindowMessages.h"
+#include "fakes/FaultyFileSystem.h"
 #include "files/FileTaskHarness.h"
 #include "files/Loopback.h"
 #include "helpers/LogCapture.h"
 #include "helpers/TempDir.h"
+#include "os/FileSystem.h"
 #include "os/Sockets.h"
 #include "os/WindowMessages.h"
 #include "task/ByteOrder.h"
@@ -271,3 +274,95 @@ TEST(UploadFilesTask, WithoutAWindowNothingIsPostedAndAFailedUploadAnswersItsSta
     EXPECT_EQ(uploader.GetErrorCode(), 5u);
     EXPECT_TRUE(windows.posted.empty());
 }
+
+TEST(FilesCopyTask, TreeFailingPartWayDeliversTheWholeFilesBeforeTheFailureAndItsStatus) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "a.bin", std::string(300000, 'a'));
+    WriteWholeFile(source / "b.bin", std::string(300000, 'b'));
+    vagent::test::FaultyFileSystem files;
+    files.attributesExCallsBeforeFailure = 1;
+    files.attributesExStatus = 5;
+    vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
+    LoopbackPair pair;
+    TaskAnswer served;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(task,
+                             ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                        ToLibraryPath(target / "copy"), "1", "0"}),
+                             pair.Server());
+    });
+    VFileTask requester(kFilesCopy);
+    EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
+    service.join();
+    EXPECT_EQ(served.truth, 0);
+    EXPECT_EQ(requester.GetErrorCode(), 5u);
+    int whole = 0;
+    for (const char* name : {"a.bin", "b.bin"}) {
+        if (std::filesystem::exists(target / "copy" / name)) {
+            EXPECT_EQ(ReadWholeFile(target / "copy" / name), ReadWholeFile(source / name));
+            ++whole;
+        }
+    }
+    EXPECT_EQ(whole, 1);
+}
+
+TEST(FilesCopyTask, TruthIsTheWorksEvenWhenTheEndFrameCannotBeSent) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "a.txt", "alpha");
+    VFileTask task(kFilesCopy);
+    const TaskAnswer served = RunFileTask(task,
+                                          ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                                     ToLibraryPath(target / "local"), "0", "1"}),
+                                          vagent::os::kInvalidSocket);
+    EXPECT_EQ(served.truth, 1);
+    EXPECT_EQ(ReadWholeFile(target / "local" / "a.txt"), "alpha");
+}
+
+class FilesCopyThatRunsOutOfMemory : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(FilesCopyThatRunsOutOfMemory, EndsWithStatus8AndClosesItsDirectorySearch) {
+    TempDir source;
+    TempDir target;
+    WriteWholeFile(source / "a.txt", "alpha");
+    WriteWholeFile(source / "b.txt", "beta");
+    vagent::test::FaultyFileSystem files;
+    files.throwOnFindNext = true;
+    vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
+    LoopbackPair pair;
+    TaskAnswer served;
+    std::uint32_t serviceError = 0;
+    std::thread service([&] {
+        VFileTask task(kFilesCopy);
+        served = RunFileTask(task,
+                             ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                        ToLibraryPath(target / "copy"), "1", GetParam()}),
+                             pair.Server());
+        serviceError = task.GetErrorCode();
+    });
+    FileFrameHeader header;
+    VFileTask requester(kFilesCopy);
+    int kind = 1;
+    for (int frames = 0; kind == 1 && frames < 10; ++frames) {
+        kind = requester.ReceiveFrame(pair.Client(), header, nullptr);
+        if (kind == 1 && (header.attributes & 0x10) == 0) {
+            std::vector<std::uint8_t> contents(header.size);
+            ReceiveCount(pair.Client(), contents.data(), header.size);
+        }
+    }
+    service.join();
+    EXPECT_EQ(kind, 0);
+    EXPECT_EQ(requester.GetErrorCode(), 8u);
+    EXPECT_EQ(served.truth, 0);
+    EXPECT_EQ(serviceError, 8u);
+    const auto searches =
+        std::count_if(files.calls.begin(), files.calls.end(),
+                      [](const std::string& call) { return call.rfind("FindFirst", 0) == 0; });
+    EXPECT_EQ(searches, 1);
+    EXPECT_EQ(std::count(files.calls.begin(), files.calls.end(), "FindClose"), searches);
+}
+
+INSTANTIATE_TEST_SUITE_P(StreamedOrCopiedHere, FilesCopyThatRunsOutOfMemory,
+                         ::testing::Values("0", "1"));

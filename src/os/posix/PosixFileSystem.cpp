@@ -303,6 +303,11 @@ std::uint32_t PosixFileSystem::ConnectedDiskNames(std::vector<std::string>& /*lo
     return kNotSupported;
 }
 
+// A POSIX caller leaves its reason in errno.
+std::uint32_t PosixFileSystem::LastError() {
+    return errno == 0 ? 0 : StatusOf(errno);
+}
+
 template <>
 FileSystem& RealFacility<FileSystem>() {
     static PosixFileSystem real;

@@ -22,6 +22,7 @@ public:
     std::int64_t FileLength(std::FILE* file) override;
     std::uint32_t LogicalDrives() override;
     std::uint32_t ConnectedDiskNames(std::vector<std::string>& localNames) override;
+    std::uint32_t LastError() override;
 };
 
 }  // namespace vagent::os

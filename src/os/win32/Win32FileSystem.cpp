@@ -168,6 +168,10 @@ std::uint32_t Win32FileSystem::ConnectedDiskNames(std::vector<std::string>& loca
     return NO_ERROR;
 }
 
+std::uint32_t Win32FileSystem::LastError() {
+    return GetLastError();
+}
+
 template <>
 FileSystem& RealFacility<FileSystem>() {
     static Win32FileSystem real;

@@ -38,7 +38,8 @@ void AddControllerName(CLI::App& noun, CommandContext& context) {
         context.thisMachineOnly = true;
         return [](AgentDriver& driver) {
             std::string name;
-            return CallOutcome(driver, driver.GetDnCtrl(name) == 1, "GetDnCtrl", name);
+            const bool succeeded = driver.GetDnCtrl(name) == 1;
+            return CallOutcome(driver, succeeded, "GetDnCtrl", name);
         };
     });
 }

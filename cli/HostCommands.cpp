@@ -16,7 +16,8 @@ void AddName(CLI::App& noun, CommandContext& context) {
     OnChosen(AddCommand(noun, "name", "the host's DNS name"), context, [] {
         return [](AgentDriver& driver) {
             std::string name;
-            return CallOutcome(driver, driver.GetHostName(name) == 1, "GetHostName", name);
+            const bool succeeded = driver.GetHostName(name) == 1;
+            return CallOutcome(driver, succeeded, "GetHostName", name);
         };
     });
 }
@@ -39,8 +40,8 @@ void AddImageDirectory(CLI::App& noun, CommandContext& context) {
              [] {
                  return [](AgentDriver& driver) {
                      std::string directory;
-                     return CallOutcome(driver, driver.GetImageDirectory(directory) == 1,
-                                        "GetImageDirectory", directory);
+                     const bool succeeded = driver.GetImageDirectory(directory) == 1;
+                     return CallOutcome(driver, succeeded, "GetImageDirectory", directory);
                  };
              });
 }

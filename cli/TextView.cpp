@@ -66,7 +66,8 @@ std::vector<std::string> Table(const ordered_json& records) {
             const bool last = i + 1 == row.size();
             line += row[i] + (last ? "" : std::string(widths[i] - Width(row[i]) + 2, ' '));
         }
-        lines.push_back(line);
+        // An empty last cell leaves no padding behind.
+        lines.push_back(line.substr(0, line.find_last_not_of(' ') + 1));
     }
     return lines;
 }

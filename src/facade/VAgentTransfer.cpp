@@ -8,7 +8,6 @@
 
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
-#include "facade/TreeDownload.h"
 #include "os/WindowMessages.h"
 #include "support/TextCompare.h"
 #include "vagent/VFileTask.h"
@@ -69,8 +68,10 @@ int VAgent::FilesCopy(std::string& source, std::string& target, int recursive, i
         if (!call.Send(kFilesCopy, request, CallerConnection(connection, callbacks))) {
             return 0;
         }
-        vagent::facade::TreeDownload download(call.Connection(), callbacks, target);
-        return download.Run(errorCode_) ? 1 : 0;
+        VFileTask task(0);
+        const int received = task.ReceiveTreeUnder(call.Connection(), target, callbacks);
+        errorCode_ = task.GetErrorCode();
+        return received;
     });
 }
 

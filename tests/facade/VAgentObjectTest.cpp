@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "CaptureServer.h"
-#include "facade/ReceivedPath.h"
 #include "os/SystemMessages.h"
 #include "vagent/VAgent.h"
 
@@ -169,18 +168,4 @@ TEST(VAgent, SetWorkEnvHandsBackThePreviousValue) {
 TEST(VAgent, CreateVTaskIsTheFactory) {
     EXPECT_EQ(VAgent::CreateVTask(0), nullptr);
     EXPECT_EQ(VAgent::CreateVTask(48), nullptr);
-}
-
-TEST(ReceivedPath, NamesUnderTheDestinationAreAcceptedInAnyCase) {
-    EXPECT_TRUE(vagent::facade::LiesUnder("C:\\Dst\\a.txt", "c:\\dst"));
-    EXPECT_TRUE(vagent::facade::LiesUnder("C:\\dst", "C:\\dst\\"));
-    EXPECT_TRUE(vagent::facade::LiesUnder("C:\\dst\\.\\sub\\..\\b", "C:\\dst"));
-}
-
-TEST(ReceivedPath, NamesThatLeaveTheDestinationAreRefused) {
-    EXPECT_FALSE(vagent::facade::LiesUnder("C:\\dst\\..\\other\\a", "C:\\dst"));
-    EXPECT_FALSE(vagent::facade::LiesUnder("C:\\dstx\\a", "C:\\dst"));
-    EXPECT_FALSE(vagent::facade::LiesUnder("..\\a", ""));
-    EXPECT_FALSE(vagent::facade::LiesUnder("", "C:\\dst"));
-    EXPECT_FALSE(vagent::facade::LiesUnder("\\dst\\a", "dst"));
 }

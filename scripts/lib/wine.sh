@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Wine as the Windows tiers' tests need it: a prefix made once, and a fresh
 # wineserver whose services are up before ctest starts, so that none of them
 # holds ctest's output pipe open.

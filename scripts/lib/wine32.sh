@@ -13,7 +13,9 @@
 # file once 32-bit Wine is there.
 
 WINE32_LOADER=/usr/lib/wine/wine
-WINE32_PACKAGE=wine32:i386
+# VAGENT_WINE32_PACKAGE names another package to try instead, which is how
+# the path without 32-bit Wine can be tried on a machine that has it.
+WINE32_PACKAGE=${VAGENT_WINE32_PACKAGE:-wine32:i386}
 WINE32_MAIN_SUITE=bookworm
 # Rounds of pinning amd64 twins before the main-suite install gives up.
 WINE32_PIN_ROUNDS=5

@@ -71,4 +71,6 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
   "Terminal-server administration library, its agent service and its client")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CHECKSUM SHA256)
+# The archives carry the binaries without their debugging sections.
+set(CPACK_STRIP_FILES ON)
 include(CPack)

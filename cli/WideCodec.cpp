@@ -5,10 +5,14 @@
 
 namespace vagentctl {
 
+// The wide facade sends its text in this system's code page, so a text must
+// fit that one as well as the target's.
 WideCodec::Text WideCodec::ToTarget(const std::string& utf8) const {
     std::string encoded;
-    if (codePage_ != 0 && !platform::EncodeInCodePage(utf8, codePage_, encoded)) {
-        throw TextNotRepresentable(utf8, codePage_);
+    for (const unsigned codePage : {codePage_, platform::SystemCodePage()}) {
+        if (codePage_ != 0 && !platform::EncodeInCodePage(utf8, codePage, encoded)) {
+            throw TextNotRepresentable(utf8, codePage);
+        }
     }
     return LocalPath(utf8);
 }

@@ -9,10 +9,10 @@
 
 namespace vagentctl {
 
-// Text for the wide facade, which turns it into the code page itself. A
-// text meant for a service is first checked against the target's code page,
-// so that a name it cannot hold is refused here instead of arriving as
-// question marks.
+// Text for the wide facade, which turns it into this system's code page
+// itself. A text meant for a service is first checked against the target's
+// code page and this system's, so that a name either cannot hold is refused
+// here instead of arriving as question marks.
 class WideCodec {
 public:
     using Text = std::wstring;

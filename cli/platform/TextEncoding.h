@@ -7,6 +7,10 @@ namespace vagentctl::platform {
 // The code page number that means UTF-8.
 constexpr unsigned kUtf8CodePage = 65001;
 
+// The code page of this system's narrow text: the ANSI code page on
+// Windows, UTF-8 elsewhere.
+unsigned SystemCodePage();
+
 // The bytes of UTF-8 text in a Windows code page; false when a character has
 // no place in that code page or the code page is unknown here.
 bool EncodeInCodePage(const std::string& utf8, unsigned codePage, std::string& encoded);

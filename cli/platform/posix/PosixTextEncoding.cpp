@@ -64,6 +64,10 @@ bool ConvertWhole(const std::string& to, const std::string& from, const std::str
 
 }  // namespace
 
+unsigned SystemCodePage() {
+    return kUtf8CodePage;
+}
+
 bool EncodeInCodePage(const std::string& utf8, unsigned codePage, std::string& encoded) {
     return ConvertWhole(CharsetOf(codePage), "UTF-8", utf8, encoded);
 }

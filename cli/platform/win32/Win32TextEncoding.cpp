@@ -23,6 +23,10 @@ std::wstring WideOf(const std::string& bytes, unsigned codePage, DWORD flags, bo
 
 }  // namespace
 
+unsigned SystemCodePage() {
+    return GetACP();
+}
+
 bool EncodeInCodePage(const std::string& utf8, unsigned codePage, std::string& encoded) {
     std::wstring wide;
     if (!Utf8ToWide(utf8, wide)) {

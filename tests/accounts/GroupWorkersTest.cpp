@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <functional>
 
 #include "accounts/AccountsHost.h"
@@ -198,6 +199,18 @@ TEST(GroupWorkers, ShowGroupUsersOfAGroupThatCannotBeBoundIsLogged) {
 TEST(GroupWorkers, LocalMemberListingReadsEveryPage) {
     AccountsHost host;
     host.net.pageSize = 1;
+    host.net.localGroups[L"Sales"].members = {L"a", L"b", L"c"};
+    VGroupTask task(0);
+    std::vector<std::string> users;
+    EXPECT_EQ(task.ShowGroupUsers("Sales", users), 1);
+    EXPECT_THAT(users, ElementsAre("a", "b", "c"));
+    EXPECT_EQ(host.net.calls.size(), 3u);
+}
+
+TEST(GroupWorkers, LocalMemberListingKeepsTheResumeHandlesFullWidth) {
+    AccountsHost host;
+    host.net.pageSize = 1;
+    host.net.wideResumeBase = std::numeric_limits<std::uintptr_t>::max() - 0xFFFF;
     host.net.localGroups[L"Sales"].members = {L"a", L"b", L"c"};
     VGroupTask task(0);
     std::vector<std::string> users;

@@ -51,11 +51,11 @@ public:
                                 const std::wstring& group) override;
     std::uint32_t LocalGroupDel(const wchar_t* server, const std::wstring& group) override;
     std::uint32_t LocalGroupEnum(const wchar_t* server, std::uint32_t level,
-                                 std::uint32_t preferredMaximumLength, std::uint32_t& resumeHandle,
+                                 std::uint32_t preferredMaximumLength, std::uintptr_t& resumeHandle,
                                  os::NetBatch<std::wstring>& batch) override;
     std::uint32_t LocalGroupGetMembers(const wchar_t* server, const std::wstring& group,
                                        std::uint32_t level, std::uint32_t preferredMaximumLength,
-                                       std::uint32_t& resumeHandle,
+                                       std::uintptr_t& resumeHandle,
                                        os::NetBatch<std::wstring>& batch) override;
     std::uint32_t LocalGroupAddMembers(const wchar_t* server, const std::wstring& group,
                                        std::uint32_t level,
@@ -75,6 +75,10 @@ public:
     std::vector<os::ServerInfo101> servers;
     // Entries per enumeration call; more give 234 and a resume handle.
     std::uint32_t pageSize = 100;
+    // Pointer-wide resume handles (local groups and their members) are
+    // handed out as this base plus the position, so that a caller that cuts
+    // them to 32 bits is caught; 0 still starts an enumeration.
+    std::uintptr_t wideResumeBase = 0;
     // Makes each enumeration answer one entry fewer than it reports.
     bool shortBatches = false;
     // Passwords shorter than this are refused with 2245.
@@ -91,6 +95,9 @@ private:
     template <class Entry>
     std::uint32_t Page(const std::vector<Entry>& all, std::uint32_t& resumeHandle,
                        os::NetBatch<Entry>& batch);
+    template <class Entry>
+    std::uint32_t WidePage(const std::vector<Entry>& all, std::uintptr_t& resumeHandle,
+                           os::NetBatch<Entry>& batch);
 };
 
 // The narrow form of a wide text whose characters are all below 0x80.

@@ -134,8 +134,11 @@ public:
     virtual std::uint32_t LocalGroupDelMembers(const wchar_t* server, const std::wstring& group,
                                                std::uint32_t level,
                                                const std::vector<std::wstring>& members) = 0;
-    // Mirrors GetLastError after a call.
+    // Mirrors GetLastError after a call. The NetAPI calls answer with their
+    // status and leave the thread's last error as it was.
     virtual std::uint32_t LastError() = 0;
+    // Mirrors SetLastError, so that a caller can tell what a call changed.
+    virtual void SetLastError(std::uint32_t error) = 0;
     // Mirrors OutputDebugStringW, which the local user listing calls for
     // every account it reads.
     virtual void DebugOutput(const std::wstring& text) = 0;

@@ -84,6 +84,10 @@ public:
     int nextPending = 0;
     std::map<std::string, Fault> failures;
     std::vector<std::string> calls;
+    // The path of every bind exactly as the caller wrote it. Objects are
+    // found by any form of their name, so only these show the form the
+    // caller used.
+    std::vector<std::wstring> boundPaths;
     // Rows per search page; 0 for one page.
     std::size_t rowsPerPage = 0;
     std::uint32_t lastError = 0;

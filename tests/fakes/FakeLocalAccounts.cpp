@@ -57,9 +57,6 @@ std::uint32_t FakeLocalAccounts::Answer(const std::string& line, std::uint32_t s
     if (failure != failures.end()) {
         status = failure->second;
     }
-    if (status != 0 && status != os::kMoreData) {
-        lastError = status;
-    }
     return status;
 }
 

@@ -64,6 +64,7 @@ public:
                                        std::uint32_t level,
                                        const std::vector<std::wstring>& members) override;
     std::uint32_t LastError() override { return lastError; }
+    void SetLastError(std::uint32_t error) override { lastError = error; }
     void DebugOutput(const std::wstring& text) override;
 
     // Makes the call whose recorded line is exactly `line` fail with status.
@@ -84,7 +85,8 @@ public:
     // Passwords shorter than this are refused with 2245.
     std::size_t minimumPasswordLength = 0;
     std::map<std::string, std::uint32_t> failures;
-    // What GetLastError answers: the status of the last failed call.
+    // The thread's last error: what GetLastError answers. Like the real
+    // calls, the fake's calls answer with their status and leave it alone.
     std::uint32_t lastError = 0;
     std::vector<os::UserInfo1> addedRecords;
     std::vector<std::string> calls;

@@ -69,6 +69,7 @@ public:
         return kNotSupported;
     }
     std::uint32_t LastError() override { return kNotSupported; }
+    void SetLastError(std::uint32_t) override {}
     void DebugOutput(const std::wstring&) override {}
 };
 

@@ -241,6 +241,7 @@ public:
     }
 
     std::uint32_t LastError() override { return GetLastError(); }
+    void SetLastError(std::uint32_t error) override { ::SetLastError(error); }
 
     void DebugOutput(const std::wstring& text) override { OutputDebugStringW(text.c_str()); }
 };

@@ -18,8 +18,14 @@ struct CONF_T {
 // Reads an INI-style file that lies beside the executable, by default
 // "Config.ini", and answers look-ups of a key within a section. The file is
 // read at the first look-up and kept; it is never written.
+//
+// Host programs share this class's layout: the loaded flag, the directory and
+// the file name as fixed 256-character arrays, then the head of the entries.
+// A name of 256 characters fills its array without a terminating zero.
 class VAGENT_API VConfig {
 public:
+    static constexpr std::size_t kTextCapacity = 256;
+
     // Takes the executable's directory; does not read the file.
     VConfig();
     // Copies get a list of their own, so that no two objects free one list.
@@ -39,9 +45,13 @@ public:
     // without one the earliest such line of any section. Returns 0 and
     // leaves `value` alone otherwise, or when the file yields no entry.
     int ReadKeyValue(const std::string& section, const std::string& key, std::string& value);
+    // Replaces the entries by those of the text, read as the file's contents
+    // are read; 1 when it yielded at least one entry. Reading the file comes
+    // down to this.
+    int ParseConfigText(const std::string& text);
 
-    const std::string& GetDirectory() const { return directory_; }
-    const std::string& GetFileName() const { return fileName_; }
+    std::string GetDirectory() const;
+    std::string GetFileName() const;
     bool IsLoaded() const { return loaded_ != 0; }
     // The head of the entries, the last line of the file first.
     const CONF_T* Entries() const { return entries_; }
@@ -55,7 +65,7 @@ private:
     void FreeConf();
 
     std::int32_t loaded_ = 0;
-    std::string directory_;
-    std::string fileName_;
+    char directory_[kTextCapacity] = {};
+    char fileName_[kTextCapacity] = {};
     CONF_T* entries_ = nullptr;
 };

@@ -12,10 +12,14 @@
 // on the client's side it turns a received result payload into the caller's
 // output (Result2Struct). Deleting a task through this base releases its
 // request.
+//
+// Host programs built against this class call SetRequest, Result2Struct and
+// DoTask through the first three entries of its table of operations, in this
+// order; the virtual destructor is declared after them so that its entries
+// come last.
 class VAGENT_API VTask {
 public:
     explicit VTask(std::uint32_t taskId);
-    virtual ~VTask();
     VTask(const VTask&) = delete;
     VTask& operator=(const VTask&) = delete;
 
@@ -25,6 +29,7 @@ public:
     virtual int Result2Struct(const std::uint8_t* payload, std::uint32_t length, void* output) = 0;
     // Hands out a result block for the caller to delete[].
     virtual int DoTask(std::uint8_t** resultData, std::uint32_t* resultLength) = 0;
+    virtual ~VTask();
 
     int SetWorkEnv(int env, int* previous);
 

@@ -16,6 +16,15 @@ using vagent::os::DirectorySucceeded;
 using vagent::os::DirectoryUnknown;
 using vagent::os::kDirectoryOk;
 
+// A call that reports success but hands out no object has failed all the
+// same: going on would walk a collection that is not there.
+std::int32_t Outcome(std::int32_t status, bool handedOut) {
+    if (DirectorySucceeded(status) && !handedOut) {
+        return vagent::os::kDirectoryNoObject;
+    }
+    return status;
+}
+
 // The path of an enumerated element; nothing when the element is no object.
 void AppendPathOf(DirectoryDispatch* element, std::vector<std::wstring>& paths) {
     if (element == nullptr) {
@@ -37,13 +46,15 @@ std::int32_t OpenEnumeration(DirectoryMembers& members, const char* newEnumFaile
                              const char* queryFailedText,
                              std::unique_ptr<DirectoryEnumeration>& enumeration) {
     std::unique_ptr<DirectoryUnknown> unknown;
-    const std::int32_t opened = members.NewEnum(unknown);
-    if (!DirectorySucceeded(opened) || !unknown) {
+    const std::int32_t newEnum = members.NewEnum(unknown);
+    const std::int32_t opened = Outcome(newEnum, unknown != nullptr);
+    if (!DirectorySucceeded(opened)) {
         DllLogPrintf("%s", newEnumFailedText);
         return opened;
     }
-    const std::int32_t queried = unknown->QueryEnumeration(enumeration);
-    if (!DirectorySucceeded(queried) || !enumeration) {
+    const std::int32_t query = unknown->QueryEnumeration(enumeration);
+    const std::int32_t queried = Outcome(query, enumeration != nullptr);
+    if (!DirectorySucceeded(queried)) {
         DllLogPrintf("%s", queryFailedText);
         return queried;
     }
@@ -72,8 +83,9 @@ std::wstring WithoutCnPrefix(const std::wstring& name) {
 
 std::int32_t GetUserGroups(vagent::os::DirectoryUser& user, std::vector<std::wstring>& paths) {
     std::unique_ptr<DirectoryMembers> groups;
-    const std::int32_t listed = user.Groups(groups);
-    if (!DirectorySucceeded(listed) || !groups) {
+    const std::int32_t groupsCall = user.Groups(groups);
+    const std::int32_t listed = Outcome(groupsCall, groups != nullptr);
+    if (!DirectorySucceeded(listed)) {
         DllLogPrintf("GetUserGroup => pUser->Groups failed");
         return listed;
     }
@@ -127,8 +139,9 @@ std::int32_t EnumMembers(DirectoryMembers& members, std::vector<std::wstring>& p
 std::int32_t EnumerateGroupMembers(vagent::os::DirectoryGroup& group,
                                    std::vector<std::wstring>& paths) {
     std::unique_ptr<DirectoryMembers> members;
-    std::int32_t status = group.Members(members);
-    if (DirectorySucceeded(status) && members) {
+    const std::int32_t membersCall = group.Members(members);
+    std::int32_t status = Outcome(membersCall, members != nullptr);
+    if (DirectorySucceeded(status)) {
         status = EnumMembers(*members, paths);
         if (!DirectorySucceeded(status)) {
             DllLogPrintf("EnumerateGroupMembers => EnumMembers failed");

@@ -173,9 +173,14 @@ int DeleteObject(const std::wstring& containerPath, const std::wstring& objectCl
     return 1;
 }
 
-int SearchObjects(const wchar_t* basePath, int users, std::vector<_VXUserInfoA>& out, int subtree) {
-    out.clear();
-    const std::vector<std::wstring> columns = {L"ADsPath", L"Description"};
+namespace {
+
+// Binds the base, sets the two preferences and runs the search; 0 when any
+// step fails. A handle that a failed search handed out anyway is kept only to
+// be closed.
+int StartSearch(const wchar_t* basePath, int users, int subtree,
+                const std::vector<std::wstring>& columns,
+                std::unique_ptr<vagent::os::DirectorySearchRows>& rows) {
     std::unique_ptr<vagent::os::DirectorySearch> search;
     if (!DirectorySucceeded(TheDirectory().BindSearch(basePath, search)) || !search) {
         return 0;
@@ -188,33 +193,53 @@ int SearchObjects(const wchar_t* basePath, int users, std::vector<_VXUserInfoA>&
     if (!DirectorySucceeded(search->SetSearchPreference(preferences))) {
         return 0;
     }
-    std::unique_ptr<vagent::os::DirectorySearchRows> rows;
-    if (!DirectorySucceeded(
-            search->ExecuteSearch(users != 0 ? kUserFilter : kGroupFilter, columns, rows)) ||
-        !rows) {
+    const std::int32_t executed =
+        search->ExecuteSearch(users != 0 ? kUserFilter : kGroupFilter, columns, rows);
+    if (!DirectorySucceeded(executed) || !rows) {
         return 0;
     }
+    return 1;
+}
+
+// Appends one record per row; a page that ends with more data to come asks
+// for the next row again. Returns the rows counted.
+int ReadRows(vagent::os::DirectorySearchRows& rows, const std::vector<std::wstring>& columns,
+             std::vector<_VXUserInfoA>& out) {
     int rowCount = 0;
     for (;;) {
-        const std::int32_t next = rows->GetNextRow();
+        const std::int32_t next = rows.GetNextRow();
         if (next == vagent::os::kDirectoryNoMoreRows) {
             std::uint32_t extended = 0;
             TheDirectory().LastExtendedError(extended);
             if (extended == vagent::os::kMoreData) {
                 continue;
             }
-            break;
+            return rowCount;
         }
         if (next != vagent::os::kDirectoryOk) {
-            break;
+            return rowCount;
         }
         ++rowCount;
         _VXUserInfoA record;
-        ReadFirstValue(*rows, columns[0], record.name);
-        ReadFirstValue(*rows, columns[1], record.comment);
+        ReadFirstValue(rows, columns[0], record.name);
+        ReadFirstValue(rows, columns[1], record.comment);
         out.push_back(record);
     }
+}
+
+}  // namespace
+
+int SearchObjects(const wchar_t* basePath, int users, std::vector<_VXUserInfoA>& out, int subtree) {
+    out.clear();
+    const std::vector<std::wstring> columns = {L"ADsPath", L"Description"};
+    std::unique_ptr<vagent::os::DirectorySearchRows> rows;
+    const int mark = StartSearch(basePath, users, subtree, columns, rows);
+    int rowCount = 0;
+    if (mark == 1) {
+        rowCount = ReadRows(*rows, columns, out);
+    }
+    // Letting the rows go closes the search handle before the count is told.
     rows.reset();
     DllLogPrintf("item count = %d = %d\n", rowCount, static_cast<int>(out.size()));
-    return 1;
+    return mark;
 }

@@ -49,12 +49,13 @@ const char* PasswordFailureName(std::uint32_t status) {
     }
 }
 
-// Pages through a level-0 name enumeration while it reports more data.
-template <class Enumerate>
+// Pages through a level-0 name enumeration while it reports more data. The
+// resume handle keeps the width the enumeration gives it.
+template <class ResumeHandle, class Enumerate>
 int CollectNames(Enumerate enumerate, std::vector<std::wstring>& names) {
     names.clear();
     int mark = 1;
-    std::uint32_t resumeHandle = 0;
+    ResumeHandle resumeHandle = 0;
     std::uint32_t status = 0;
     do {
         NetBatch<std::wstring> batch;
@@ -175,7 +176,7 @@ int NetAddLocalGroupMembers(const std::wstring& server, const std::wstring& grou
 }
 
 int NetEnumUsers(const std::wstring& server, std::vector<std::wstring>& names) {
-    return CollectNames(
+    return CollectNames<std::uint32_t>(
         [&server](std::uint32_t& resumeHandle, NetBatch<std::wstring>& batch) {
             return Net().UserEnum(server.c_str(), kNamesLevel, vagent::os::kFilterNormalAccount,
                                   vagent::os::kMaxPreferredLength, resumeHandle, batch);
@@ -184,8 +185,8 @@ int NetEnumUsers(const std::wstring& server, std::vector<std::wstring>& names) {
 }
 
 int NetEnumLocalGroups(const std::wstring& server, std::vector<std::wstring>& names) {
-    return CollectNames(
-        [&server](std::uint32_t& resumeHandle, NetBatch<std::wstring>& batch) {
+    return CollectNames<std::uintptr_t>(
+        [&server](std::uintptr_t& resumeHandle, NetBatch<std::wstring>& batch) {
             return Net().LocalGroupEnum(server.c_str(), kNamesLevel,
                                         vagent::os::kMaxPreferredLength, resumeHandle, batch);
         },

@@ -65,7 +65,7 @@ int RemoveUsersFromGroup(const std::wstring& group, const std::vector<std::wstri
 
 std::vector<std::wstring> LocalGroupMemberNames(const std::wstring& group) {
     std::vector<std::wstring> names;
-    std::uint32_t resumeHandle = 0;
+    std::uintptr_t resumeHandle = 0;
     std::uint32_t status = 0;
     do {
         NetBatch<std::wstring> batch;

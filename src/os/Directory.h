@@ -30,6 +30,8 @@ enum DirectoryResult : std::int32_t {
     kDirectoryObjectExists = static_cast<std::int32_t>(0x80071392u),
     // E_NOINTERFACE: the object does not offer the interface asked for.
     kDirectoryNoInterface = static_cast<std::int32_t>(0x80004002u),
+    // E_POINTER: a call reported success but handed out no object.
+    kDirectoryNoObject = static_cast<std::int32_t>(0x80004003u),
 };
 
 inline bool DirectorySucceeded(std::int32_t result) {

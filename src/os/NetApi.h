@@ -112,16 +112,18 @@ public:
                                         const std::wstring& group) = 0;
     // Mirrors NetLocalGroupDel.
     virtual std::uint32_t LocalGroupDel(const wchar_t* server, const std::wstring& group) = 0;
-    // Mirrors NetLocalGroupEnum at level 0: the group names.
+    // Mirrors NetLocalGroupEnum at level 0: the group names. Its resume
+    // handle is pointer-wide and must come back whole on the next call.
     virtual std::uint32_t LocalGroupEnum(const wchar_t* server, std::uint32_t level,
                                          std::uint32_t preferredMaximumLength,
-                                         std::uint32_t& resumeHandle,
+                                         std::uintptr_t& resumeHandle,
                                          NetBatch<std::wstring>& batch) = 0;
     // Mirrors NetLocalGroupGetMembers at level 1: the members' account names.
+    // Its resume handle is pointer-wide, as NetLocalGroupEnum's.
     virtual std::uint32_t LocalGroupGetMembers(const wchar_t* server, const std::wstring& group,
                                                std::uint32_t level,
                                                std::uint32_t preferredMaximumLength,
-                                               std::uint32_t& resumeHandle,
+                                               std::uintptr_t& resumeHandle,
                                                NetBatch<std::wstring>& batch) = 0;
     // Mirrors NetLocalGroupAddMembers at level 3: one entry per member, each
     // a domain-and-name text.
@@ -132,8 +134,11 @@ public:
     virtual std::uint32_t LocalGroupDelMembers(const wchar_t* server, const std::wstring& group,
                                                std::uint32_t level,
                                                const std::vector<std::wstring>& members) = 0;
-    // Mirrors GetLastError after a call.
+    // Mirrors GetLastError after a call. The NetAPI calls answer with their
+    // status and leave the thread's last error as it was.
     virtual std::uint32_t LastError() = 0;
+    // Mirrors SetLastError, so that a caller can tell what a call changed.
+    virtual void SetLastError(std::uint32_t error) = 0;
     // Mirrors OutputDebugStringW, which the local user listing calls for
     // every account it reads.
     virtual void DebugOutput(const std::wstring& text) = 0;

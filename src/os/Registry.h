@@ -43,6 +43,9 @@ public:
                                     RegistryKey& key) = 0;
     // Mirrors RegDeleteKeyA: deletes a key that has no subkeys.
     virtual std::uint32_t DeleteKey(RegistryKey root, const std::string& path) = 0;
+    // Mirrors RegDeleteValueA on an open key; 2 for a missing value. For
+    // tests that put back what they changed.
+    virtual std::uint32_t DeleteValue(RegistryKey key, const std::string& name) = 0;
 };
 
 template <>

@@ -38,7 +38,6 @@ int PrintInfo2Result(const std::vector<_VXPrinterA>& printers, std::uint8_t*& bl
 
 int Result2PrintInfo(const std::uint8_t* payload, std::uint32_t length,
                      std::vector<_VXPrinterA>& printers) {
-    printers.clear();
     DataItemCursor cursor(payload, length);
     _VXPrinterA printer;
     for (std::uint32_t index = 0;; ++index) {

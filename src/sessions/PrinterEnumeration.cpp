@@ -68,10 +68,12 @@ int EnumeratePrinter(std::vector<_VXPrinterA>& printers) {
         DllLogPrintf("EnumeratePrinter : new [%ld] bytes failed", static_cast<long>(needed));
         return 0;
     }
+    // A spooler that gives nothing on the second call leaves an empty list:
+    // only an exhausted allocation makes the enumeration fail.
     std::uint32_t used = 0;
     if (spooler.EnumeratePrinters(flags, os::kPrinterInfoLevel2, buffer.get(), needed, used,
                                   names) != 0) {
-        return 0;
+        return 1;
     }
     for (const std::string& name : names) {
         _VXPrinterA printer;

@@ -97,7 +97,6 @@ int Result2SessionCount(const std::uint8_t* payload, std::uint32_t length, int& 
 
 int Result2SessionInfo(const std::uint8_t* payload, std::uint32_t length,
                        std::vector<_VXSessionA>& sessions) {
-    sessions.clear();
     DataItemCursor cursor(payload, length);
     _VXSessionA record;
     for (std::uint32_t index = 0;; ++index) {

@@ -1,5 +1,6 @@
 #include "vagent/VConfig.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -14,7 +15,7 @@ namespace {
 
 constexpr const char* kDefaultFileName = "Config.ini";
 // Longer physical lines are read in pieces of at most one byte less.
-constexpr int kLineBufferSize = 1024;
+constexpr std::size_t kLineBufferSize = 1024;
 
 void CutAt(std::string& line, const char* marker) {
     const std::size_t at = line.find(marker);
@@ -149,14 +150,64 @@ bool Matches(const std::string& requested, const char* stored) {
     return SameIgnoringCase(requested.c_str(), stored, requested.size());
 }
 
+// The text of a fixed array, which a name of its full capacity fills without
+// a terminating zero.
+std::string ArrayText(const char (&array)[VConfig::kTextCapacity]) {
+    std::size_t length = 0;
+    while (length < VConfig::kTextCapacity && array[length] != '\0') {
+        ++length;
+    }
+    return std::string(array, length);
+}
+
+// Copies at most the array's capacity and zero-fills the rest, as strncpy
+// does: a text of the full capacity is left without a terminating zero.
+void CopyBounded(char (&array)[VConfig::kTextCapacity], const char* text) {
+    std::size_t length = 0;
+    while (length < VConfig::kTextCapacity && text[length] != '\0') {
+        array[length] = text[length];
+        ++length;
+    }
+    std::fill(array + length, array + VConfig::kTextCapacity, '\0');
+}
+
+// The next piece of the text as a line reader with a buffer of
+// kLineBufferSize bytes hands it out: through the next line break, or
+// kLineBufferSize - 1 bytes when the line is longer.
+std::string NextPiece(const std::string& text, std::size_t& at) {
+    const std::size_t longest = kLineBufferSize - 1;
+    const std::size_t lineBreak = text.find('\n', at);
+    std::size_t end = lineBreak == std::string::npos ? text.size() : lineBreak + 1;
+    if (end - at > longest) {
+        end = at + longest;
+    }
+    std::string piece = text.substr(at, end - at);
+    at = end;
+    return piece;
+}
+
+// The whole contents of a stream opened in text mode, so that line ends are
+// translated as the system's text mode does.
+std::string ReadAll(std::FILE* file) {
+    std::string text;
+    char chunk[4096];
+    std::size_t got = 0;
+    while ((got = std::fread(chunk, 1, sizeof chunk, file)) != 0) {
+        text.append(chunk, got);
+    }
+    return text;
+}
+
 }  // namespace
 
-VConfig::VConfig()
-    : directory_(vagent::ModuleDirectory(vagent::os::Module::Executable)),
-      fileName_(vagent::BoundedText(kDefaultFileName)) {}
+VConfig::VConfig() {
+    CopyBounded(directory_, vagent::ModuleDirectory(vagent::os::Module::Executable).c_str());
+    CopyBounded(fileName_, kDefaultFileName);
+}
 
-VConfig::VConfig(const VConfig& other)
-    : directory_(other.directory_), fileName_(other.fileName_), entries_(CopyList(other.entries_)) {
+VConfig::VConfig(const VConfig& other) : entries_(CopyList(other.entries_)) {
+    std::memcpy(directory_, other.directory_, kTextCapacity);
+    std::memcpy(fileName_, other.fileName_, kTextCapacity);
     loaded_ = entries_ != nullptr ? 1 : 0;
 }
 
@@ -164,12 +215,20 @@ VConfig& VConfig::operator=(const VConfig& other) {
     if (this != &other) {
         CONF_T* copy = CopyList(other.entries_);
         FreeConf();
-        directory_ = other.directory_;
-        fileName_ = other.fileName_;
+        std::memcpy(directory_, other.directory_, kTextCapacity);
+        std::memcpy(fileName_, other.fileName_, kTextCapacity);
         entries_ = copy;
         loaded_ = entries_ != nullptr ? 1 : 0;
     }
     return *this;
+}
+
+std::string VConfig::GetDirectory() const {
+    return ArrayText(directory_);
+}
+
+std::string VConfig::GetFileName() const {
+    return ArrayText(fileName_);
 }
 
 VConfig::~VConfig() {
@@ -179,12 +238,13 @@ VConfig::~VConfig() {
 int VConfig::SetConfigFile(const std::string& name, std::string* previous) {
     // Taken first: `previous` may be the very string that holds the new name.
     const std::string wanted(name.c_str());
+    const std::string current = GetFileName();
     if (previous != nullptr) {
-        *previous = fileName_;
+        *previous = current;
     }
-    if (fileName_ != wanted) {
+    if (current != wanted) {
         FreeConf();
-        fileName_ = vagent::BoundedText(wanted.c_str());
+        CopyBounded(fileName_, wanted.c_str());
     }
     return 1;
 }
@@ -208,7 +268,7 @@ int VConfig::ReadKeyValue(const std::string& section, const std::string& key, st
 }
 
 int VConfig::ReadConfig() {
-    const std::string path = directory_ + fileName_;
+    const std::string path = GetDirectory() + GetFileName();
     vagent::os::FileSystem& files = vagent::os::Files();
     if (!files.Exists(path)) {
         DllLogPrintf("File [%s] Not Exit", path.c_str());
@@ -219,12 +279,18 @@ int VConfig::ReadConfig() {
         DllLogPrintf("fopen [%s] failed", path.c_str());
         return 0;
     }
-    std::string section;
-    char piece[kLineBufferSize] = {};
-    while (std::fgets(piece, kLineBufferSize, file) != nullptr) {
-        ReadLine(piece, section);
-    }
+    const std::string text = ReadAll(file);
     std::fclose(file);
+    return ParseConfigText(text);
+}
+
+int VConfig::ParseConfigText(const std::string& text) {
+    FreeConf();
+    std::string section;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        ReadLine(NextPiece(text, at).c_str(), section);
+    }
     loaded_ = entries_ != nullptr ? 1 : 0;
     return loaded_;
 }

@@ -135,3 +135,50 @@ TEST(EnumObject, FailedEnumeratorAndStepAreLoggedWithTheStatus) {
     EXPECT_THAT(names, ElementsAre(L"TS01"));
     EXPECT_THAT(host.Logged(), ElementsAre("ADsEnumerateNext failed with 80004005", ""));
 }
+
+TEST(GetUserGroups, StepThatHandsOutNoObjectFailsWithANonzeroStatus) {
+    const std::vector<std::pair<std::string, std::string>> steps = {
+        {"Groups CN=ann,CN=Users,DC=corp,DC=example,DC=com",
+         "GetUserGroup => pUser->Groups failed"},
+        {"NewEnum", "GetUserGroup => pGroups->get__NewEnum failed"},
+        {"QueryEnumeration", "GetUserGroup => pUnk->QueryInterface failed"},
+    };
+    for (const auto& step : steps) {
+        Memberships m;
+        m.host.directory.FailOn(step.first, vagent::test::FakeDirectory::NoObject());
+        std::vector<std::wstring> paths;
+        EXPECT_EQ(GetUserGroups(*m.Ann(), paths), vagent::os::kDirectoryNoObject) << step.first;
+        EXPECT_TRUE(paths.empty());
+        EXPECT_THAT(m.host.Logged(), ElementsAre(step.second));
+        EXPECT_THAT(m.host.directory.CallsStartingWith("Next"), IsEmpty());
+        EXPECT_EQ(m.host.directory.live, 0);
+    }
+}
+
+TEST(EnumMembers, StepThatHandsOutNoObjectFailsWithANonzeroStatus) {
+    const std::vector<std::pair<std::string, std::string>> steps = {
+        {"NewEnum", "EnumMembers => pMembers->get__NewEnum failed"},
+        {"QueryEnumeration", "EnumMembers => pUnk->QueryInterface failed"},
+    };
+    for (const auto& step : steps) {
+        Memberships m;
+        m.host.directory.FailOn(step.first, vagent::test::FakeDirectory::NoObject());
+        std::vector<std::wstring> paths = {L"kept"};
+        EXPECT_EQ(EnumerateGroupMembers(*m.Sales(), paths), vagent::os::kDirectoryNoObject)
+            << step.first;
+        EXPECT_THAT(paths, ElementsAre(L"kept"));
+        EXPECT_THAT(m.host.Logged(),
+                    ElementsAre(step.second, "EnumerateGroupMembers => EnumMembers failed"));
+        EXPECT_THAT(m.host.directory.CallsStartingWith("Next"), IsEmpty());
+    }
+}
+
+TEST(EnumerateGroupMembers, MembersCallThatHandsOutNoCollectionFails) {
+    Memberships m;
+    m.host.directory.FailOn("Members CN=Sales,CN=Users,DC=corp,DC=example,DC=com",
+                            vagent::test::FakeDirectory::NoObject());
+    std::vector<std::wstring> paths;
+    EXPECT_EQ(EnumerateGroupMembers(*m.Sales(), paths), vagent::os::kDirectoryNoObject);
+    EXPECT_TRUE(paths.empty());
+    EXPECT_THAT(m.host.directory.CallsStartingWith("NewEnum"), IsEmpty());
+}

@@ -262,11 +262,24 @@ TEST(SearchObjects, FailingRowEndsTheListing) {
     EXPECT_EQ(out.size(), 1u);
 }
 
-TEST(SearchObjects, BaseThatCannotBeBoundGivesZero) {
+TEST(SearchObjects, BaseThatCannotBeBoundGivesZeroAfterTheItemCount) {
     AccountsHost host;
     std::vector<_VXUserInfoA> out = {{"stale", ""}};
     EXPECT_EQ(SearchObjects(L"LDAP://OU=gone, DC=x", 1, out, 1), 0);
     EXPECT_TRUE(out.empty());
+    EXPECT_THAT(host.Logged(), ElementsAre("item count = 0 = 0", ""));
+    EXPECT_THAT(host.directory.CallsStartingWith("CloseSearchHandle"), IsEmpty());
+    EXPECT_EQ(host.directory.live, 0);
+}
+
+TEST(SearchObjects, FinishedSearchClosesItsHandleBeforeTheItemCount) {
+    AccountsHost host;
+    AddStaff(host);
+    std::vector<_VXUserInfoA> out;
+    EXPECT_EQ(SearchObjects(kStaff, 1, out, 0), 1);
+    ASSERT_FALSE(host.directory.calls.empty());
+    EXPECT_EQ(host.directory.calls.back(), "CloseSearchHandle");
+    EXPECT_EQ(host.directory.live, 0);
 }
 
 TEST(SearchObjects, RefusedPreferenceOrSearchGivesZero) {
@@ -279,5 +292,7 @@ TEST(SearchObjects, RefusedPreferenceOrSearchGivesZero) {
         std::vector<_VXUserInfoA> out;
         EXPECT_EQ(SearchObjects(kStaff, 0, out, 1), 0) << step;
         EXPECT_TRUE(out.empty());
+        EXPECT_THAT(host.Logged(), ElementsAre("item count = 0 = 0", "")) << step;
+        EXPECT_EQ(host.directory.live, 0) << step;
     }
 }

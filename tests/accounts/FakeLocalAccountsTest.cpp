@@ -40,8 +40,9 @@ TEST(FakeLocalAccounts, EnumerationHandsOutWhatItReportsPageByPage) {
     EXPECT_EQ(batch.entries, std::vector<std::wstring>{L"c"});
 }
 
-TEST(FakeLocalAccounts, FailedCallIsWhatTheLastErrorReads) {
+TEST(FakeLocalAccounts, FailedCallAnswersItsStatusAndLeavesTheLastErrorAsTheSystemDoes) {
     vagent::test::FakeLocalAccounts net;
-    net.UserDel(nullptr, L"ghost");
-    EXPECT_EQ(net.LastError(), vagent::os::kNerrUserNotFound);
+    net.SetLastError(1234);
+    EXPECT_EQ(net.UserDel(nullptr, L"vagent-nobody-here"), vagent::os::kNerrUserNotFound);
+    EXPECT_EQ(net.LastError(), 1234u);
 }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <functional>
 
 #include "accounts/AccountsHost.h"
@@ -103,11 +104,14 @@ TEST(GroupWorkers, DirectoryRemovePassesOverTheAlreadyMemberCodeOnly) {
 TEST(GroupWorkers, LocalRemoveGoesOnAfterFailuresWithoutLog) {
     AccountsHost host;
     host.net.globalGroups[L"Sales"].members = {L"ann", L"cid"};
+    // NetAPI leaves the thread's last error alone: the task keeps what an
+    // earlier call left there, not the status 2237.
+    host.net.lastError = 87;
     VGroupTask task(0);
     auto users = List({"ann", "bob", "cid"});
     EXPECT_EQ(task.RemoveGroupUsers("Sales", users), 0);
     EXPECT_THAT(host.net.globalGroups[L"Sales"].members, IsEmpty());
-    EXPECT_EQ(task.GetErrorCode(), 2237u);
+    EXPECT_EQ(task.GetErrorCode(), 87u);
     EXPECT_THAT(host.Logged(), IsEmpty());
 }
 
@@ -206,6 +210,18 @@ TEST(GroupWorkers, LocalMemberListingReadsEveryPage) {
     EXPECT_EQ(host.net.calls.size(), 3u);
 }
 
+TEST(GroupWorkers, LocalMemberListingKeepsTheResumeHandlesFullWidth) {
+    AccountsHost host;
+    host.net.pageSize = 1;
+    host.net.wideResumeBase = std::numeric_limits<std::uintptr_t>::max() - 0xFFFF;
+    host.net.localGroups[L"Sales"].members = {L"a", L"b", L"c"};
+    VGroupTask task(0);
+    std::vector<std::string> users;
+    EXPECT_EQ(task.ShowGroupUsers("Sales", users), 1);
+    EXPECT_THAT(users, ElementsAre("a", "b", "c"));
+    EXPECT_EQ(host.net.calls.size(), 3u);
+}
+
 TEST(GroupWorkers, LocalMemberListingOfAMissingGroupEndsQuietly) {
     AccountsHost host;
     VGroupTask task(0);
@@ -267,4 +283,63 @@ TEST(GroupWorkers, EachDomainWorkerLogsItsAllocationFailure) {
         EXPECT_TRUE(host.com.Balanced()) << worker.first;
         EXPECT_THAT(host.directory.calls, IsEmpty());
     }
+}
+
+TEST(GroupWorkers, DirectoryGroupIsDeletedFromTheRootSiteContainerPath) {
+    AccountsHost host;
+    host.AddDirectoryGroup(L"Sales");
+    DomainGroupTask task;
+    auto groups = List({"Sales"});
+    EXPECT_EQ(task.RemoveGroup(groups), 1);
+    EXPECT_FALSE(host.directory.Exists(AccountsHost::UsersDn(L"Sales")));
+    EXPECT_THAT(host.directory.boundPaths,
+                ElementsAre(L"LDAP://CN=Users, DC=corp, DC=example, DC=com"));
+}
+
+TEST(GroupWorkers, DirectoryMembersAreAddedByTheirFullPathToTheGroupsPath) {
+    AccountsHost host;
+    host.AddDirectoryGroup(L"Sales");
+    host.AddDirectoryUser(L"bob");
+    DomainGroupTask task;
+    auto users = List({"bob"});
+    EXPECT_EQ(task.AddGroupUsers("Sales", users), 1);
+    EXPECT_THAT(host.directory.boundPaths,
+                ElementsAre(L"LDAP://CN=Sales, CN=Users, DC=corp, DC=example, DC=com"));
+    EXPECT_THAT(host.directory.CallsStartingWith("Add "),
+                ElementsAre("Add LDAP://CN=bob, CN=Users, DC=corp, DC=example, DC=com"));
+}
+
+TEST(GroupWorkers, DirectoryMemberListingBindsTheGroupsPath) {
+    AccountsHost host;
+    host.AddDirectoryGroup(L"Sales");
+    host.AddDirectoryUser(L"bob");
+    host.directory.AddMember(AccountsHost::UsersDn(L"Sales"), AccountsHost::UsersDn(L"bob"));
+    DomainGroupTask task;
+    std::vector<std::string> users;
+    EXPECT_EQ(task.ShowGroupUsers("Sales", users), 1);
+    EXPECT_EQ(users.size(), 1u);
+    EXPECT_THAT(host.directory.boundPaths,
+                ElementsAre(L"LDAP://CN=Sales, CN=Users, DC=corp, DC=example, DC=com"));
+}
+
+TEST(GroupWorkers, DirectoryAddStopsAtAFailureOtherThanAlreadyAMemberAfterAnAdd) {
+    AccountsHost host;
+    host.AddDirectoryGroup(L"Sales");
+    host.AddDirectoryUser(L"ann");
+    host.AddDirectoryUser(L"bob");
+    host.AddDirectoryUser(L"cid");
+    host.directory.FailOn("Add LDAP://CN=bob, CN=Users, DC=corp, DC=example, DC=com",
+                          {static_cast<std::int32_t>(0x80070005u), 5, 5});
+    DomainGroupTask task;
+    auto users = List({"ann", "bob", "cid"});
+    EXPECT_EQ(task.AddGroupUsers("Sales", users), 0);
+    EXPECT_EQ(task.GetErrorCode(), 5u);
+    EXPECT_TRUE(
+        host.directory.IsMember(AccountsHost::UsersDn(L"Sales"), AccountsHost::UsersDn(L"ann")));
+    EXPECT_FALSE(
+        host.directory.IsMember(AccountsHost::UsersDn(L"Sales"), AccountsHost::UsersDn(L"cid")));
+    EXPECT_THAT(host.directory.CallsStartingWith("Add "),
+                ElementsAre("Add LDAP://CN=ann, CN=Users, DC=corp, DC=example, DC=com",
+                            "Add LDAP://CN=bob, CN=Users, DC=corp, DC=example, DC=com"));
+    EXPECT_TRUE(host.com.Balanced());
 }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "accounts/AccountsHost.h"
 #include "helpers/FailingAllocation.h"
 
@@ -231,6 +233,17 @@ TEST(NetEnumLocalGroups, PagesThroughEveryLocalGroup) {
     EXPECT_THAT(names, ElementsAre(L"Ops", L"Sales"));
     EXPECT_EQ(host.net.calls.size(), 2u);
     EXPECT_EQ(host.net.calls[0], "LocalGroupEnum \"\" 0 4294967295");
+}
+
+TEST(NetEnumLocalGroups, ResumeHandleKeepsItsFullWidthBetweenPages) {
+    AccountsHost host;
+    host.net.pageSize = 1;
+    host.net.wideResumeBase = std::numeric_limits<std::uintptr_t>::max() - 0xFFFF;
+    host.net.localGroups = {{L"Ops", {}}, {L"Sales", {}}, {L"Staff", {}}};
+    std::vector<std::wstring> names;
+    EXPECT_EQ(NetEnumLocalGroups(L"", names), 1);
+    EXPECT_THAT(names, ElementsAre(L"Ops", L"Sales", L"Staff"));
+    EXPECT_EQ(host.net.calls.size(), 3u);
 }
 
 TEST(NetEnumLocalGroups, SystemErrorIsLoggedWithItsStatus) {

@@ -235,3 +235,14 @@ TEST(IsComputer, DirectoryModeWithoutDnsDomainLogsTheNameFailure) {
     EXPECT_THAT(host.directory.calls, ::testing::IsEmpty());
     EXPECT_TRUE(host.com.Balanced());
 }
+
+TEST(GetDnCtrl, FailedEnumerationReturnsZeroAndLeavesTheName) {
+    AccountsHost host;
+    host.net.servers = {ServerInfo101{L"DC01", kPrimaryController}};
+    host.net.FailOn("ServerEnum <null> 101 4294967295 2 <null> 0", 6118);
+    std::wstring name = L"unchanged";
+    EXPECT_EQ(GetDnCtrl(name), 0);
+    EXPECT_EQ(name, L"unchanged");
+    EXPECT_EQ(host.net.calls.size(), 1u);
+    EXPECT_TRUE(host.Logged().empty());
+}

@@ -82,12 +82,15 @@ TEST(UserWorkers, AddingToThreeGroupsWhereTheSecondFailsLeavesTheThirdUntouched)
     host.net.localGroups[L"A"] = {};
     host.net.localGroups[L"B"].members = {L"ann"};
     host.net.localGroups[L"C"] = {};
+    // NetAPI answers with its status and leaves the thread's last error,
+    // which is what the task keeps.
+    host.net.lastError = 87;
     VUserTask task(0);
     auto groups = List({"A", "B", "C"});
     EXPECT_EQ(task.AddUserToGroupsEx("ann", "Users", groups), 0);
     EXPECT_THAT(host.net.localGroups[L"A"].members, ElementsAre(L"ann"));
     EXPECT_THAT(host.net.localGroups[L"C"].members, IsEmpty());
-    EXPECT_EQ(task.GetErrorCode(), 1378u);
+    EXPECT_EQ(task.GetErrorCode(), 87u);
     EXPECT_THAT(host.Logged(), ElementsAre("NetLocalGroupAddMembers failed : 1378"));
 }
 
@@ -96,12 +99,13 @@ TEST(UserWorkers, RemovingFromThreeGroupsWhereTheSecondFailsStillRemovesFromTheT
     host.net.localGroups[L"A"].members = {L"ann"};
     host.net.localGroups[L"B"] = {};
     host.net.localGroups[L"C"].members = {L"ann"};
+    host.net.lastError = 87;
     VUserTask task(0);
     auto groups = List({"A", "B", "C"});
     EXPECT_EQ(task.RemoveUserFromGroupsEx("ann", "Users", groups), 0);
     EXPECT_THAT(host.net.localGroups[L"A"].members, IsEmpty());
     EXPECT_THAT(host.net.localGroups[L"C"].members, IsEmpty());
-    EXPECT_EQ(task.GetErrorCode(), 1377u);
+    EXPECT_EQ(task.GetErrorCode(), 87u);
     EXPECT_THAT(host.Logged(), ElementsAre("NetLocalGroupDelMembers failed : 1377"));
 }
 
@@ -359,4 +363,70 @@ TEST(UserWorkers, LocalUserFunctionsPassTheirServerForms) {
     EXPECT_THAT(host.net.calls,
                 ElementsAre("UserAdd <null> 1 ann", "UserSetInfo <null> 1003 ann pw",
                             "UserDel <null> ann"));
+}
+
+TEST(UserWorkers, DirectoryUsersAreDeletedFromTheRootSiteContainerPath) {
+    AccountsHost host;
+    host.AddDirectoryUser(L"ann");
+    DomainUserTask task;
+    auto users = List({"ann"});
+    EXPECT_EQ(task.DeleteUser(users), 1);
+    EXPECT_FALSE(host.directory.Exists(AccountsHost::UsersDn(L"ann")));
+    EXPECT_THAT(host.directory.boundPaths,
+                ElementsAre(L"LDAP://CN=Users, DC=corp, DC=example, DC=com"));
+}
+
+TEST(UserWorkers, DomainRemoveStopsAtTheFirstFailingGroup) {
+    AccountsHost host;
+    host.AddDirectoryUser(L"ann");
+    host.AddDirectoryGroup(L"Sales");
+    host.AddDirectoryGroup(L"Ops");
+    host.directory.AddMember(AccountsHost::UsersDn(L"Sales"), AccountsHost::UsersDn(L"ann"));
+    host.directory.AddMember(AccountsHost::UsersDn(L"Ops"), AccountsHost::UsersDn(L"ann"));
+    DomainUserTask task;
+    auto groups = List({"Sales", "Ghost", "Ops"});
+    EXPECT_EQ(task.RemoveUserFromGroupsEx("ann", "Users", groups), 0);
+    EXPECT_FALSE(
+        host.directory.IsMember(AccountsHost::UsersDn(L"Sales"), AccountsHost::UsersDn(L"ann")));
+    EXPECT_TRUE(
+        host.directory.IsMember(AccountsHost::UsersDn(L"Ops"), AccountsHost::UsersDn(L"ann")));
+    EXPECT_THAT(host.directory.CallsStartingWith("BindGroup"),
+                ElementsAre("BindGroup LDAP://CN=Sales, CN=Users, DC=corp, DC=example, DC=com",
+                            "BindGroup LDAP://CN=Ghost, CN=Users, DC=corp, DC=example, DC=com"));
+    EXPECT_TRUE(host.com.Balanced());
+}
+
+TEST(UserWorkers, DomainPasswordChangeStopsWhenSetPasswordFailsAfterAGoodBind) {
+    AccountsHost host;
+    host.AddDirectoryUser(L"ann").password = L"old";
+    host.AddDirectoryUser(L"bob").password = L"old";
+    host.directory.FailOn("SetPassword CN=ann,CN=Users,DC=corp,DC=example,DC=com x",
+                          {static_cast<std::int32_t>(0x800708C5u), 2245, 0});
+    DomainUserTask task;
+    auto users = List({"ann", "bob"});
+    auto olds = List({"a", "b"});
+    auto news = List({"x", "y"});
+    EXPECT_EQ(task.ChangePasswd(users, olds, news), 0);
+    EXPECT_EQ(task.GetErrorCode(), 2245u);
+    EXPECT_EQ(host.directory.Find(AccountsHost::UsersDn(L"ann"))->password, L"old");
+    EXPECT_EQ(host.directory.Find(AccountsHost::UsersDn(L"bob"))->password, L"old");
+    EXPECT_THAT(host.directory.CallsStartingWith("BindUser"),
+                ElementsAre("BindUser LDAP://CN=ann, CN=Users, DC=corp, DC=example, DC=com"));
+    EXPECT_THAT(host.Logged(), IsEmpty());
+    EXPECT_EQ(host.directory.live, 0);
+}
+
+TEST(UserWorkers, LoginNameOfAFullPathDoesNotReadTheDnsDomain) {
+    AccountsHost host;
+    host.AddDirectoryUser(L"ann");
+    VUserTask task(0);
+    std::string account;
+    std::string principal;
+    EXPECT_EQ(task.GetUserLoginName("ldap://CN=ann,CN=Users,DC=corp,DC=example,DC=com", account,
+                                    principal),
+              1);
+    EXPECT_EQ(account, "ann");
+    EXPECT_THAT(host.names.calls, IsEmpty());
+    EXPECT_THAT(host.directory.boundPaths,
+                ElementsAre(L"ldap://CN=ann,CN=Users,DC=corp,DC=example,DC=com"));
 }

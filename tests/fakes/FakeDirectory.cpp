@@ -605,6 +605,7 @@ template <class Made, class Result, class Offers>
 std::int32_t BindEntry(FakeDirectory& directory, const char* operation, const std::wstring& path,
                        Offers offers, std::unique_ptr<Result>& out) {
     out.reset();
+    directory.boundPaths.push_back(path);
     std::int32_t result = 0;
     if (directory.Faulted(std::string(operation) + " " + Ascii(path), result)) {
         return result;

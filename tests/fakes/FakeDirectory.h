@@ -68,6 +68,10 @@ public:
     // The lines recorded that begin with the prefix.
     std::vector<std::string> CallsStartingWith(const std::string& prefix) const;
 
+    // A call that reports success but hands out no object, as a provider
+    // may; recorded like any fault.
+    static Fault NoObject() { return Fault{os::kDirectoryOk, 0, 0}; }
+
     void FailOn(const std::string& line, Fault fault) { failures[line] = fault; }
     // Answers the fault recorded for the line, if any; records the line.
     bool Faulted(const std::string& line, std::int32_t& result);
@@ -80,6 +84,10 @@ public:
     int nextPending = 0;
     std::map<std::string, Fault> failures;
     std::vector<std::string> calls;
+    // The path of every bind exactly as the caller wrote it. Objects are
+    // found by any form of their name, so only these show the form the
+    // caller used.
+    std::vector<std::wstring> boundPaths;
     // Rows per search page; 0 for one page.
     std::size_t rowsPerPage = 0;
     std::uint32_t lastError = 0;

@@ -1,5 +1,7 @@
 #include "fakes/FakeLocalAccounts.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 #include "os/Status.h"
@@ -55,9 +57,6 @@ std::uint32_t FakeLocalAccounts::Answer(const std::string& line, std::uint32_t s
     if (failure != failures.end()) {
         status = failure->second;
     }
-    if (status != 0 && status != os::kMoreData) {
-        lastError = status;
-    }
     return status;
 }
 
@@ -77,6 +76,22 @@ std::uint32_t FakeLocalAccounts::Page(const std::vector<Entry>& all, std::uint32
     }
     resumeHandle = static_cast<std::uint32_t>(end);
     return end < all.size() ? std::uint32_t{os::kMoreData} : 0u;
+}
+
+template <class Entry>
+std::uint32_t FakeLocalAccounts::WidePage(const std::vector<Entry>& all,
+                                          std::uintptr_t& resumeHandle,
+                                          os::NetBatch<Entry>& batch) {
+    if (resumeHandle != 0 && resumeHandle < wideResumeBase) {
+        ADD_FAILURE() << "resume handle " << resumeHandle << " was not handed out";
+        batch = os::NetBatch<Entry>();
+        return os::kInvalidParameter;
+    }
+    std::uint32_t position =
+        static_cast<std::uint32_t>(resumeHandle == 0 ? 0 : resumeHandle - wideResumeBase);
+    const std::uint32_t status = Page(all, position, batch);
+    resumeHandle = wideResumeBase + position;
+    return status;
 }
 
 std::uint32_t FakeLocalAccounts::ServerEnum(const wchar_t* server, std::uint32_t level,
@@ -246,7 +261,7 @@ std::uint32_t FakeLocalAccounts::LocalGroupDel(const wchar_t* server, const std:
 
 std::uint32_t FakeLocalAccounts::LocalGroupEnum(const wchar_t* server, std::uint32_t level,
                                                 std::uint32_t preferredMaximumLength,
-                                                std::uint32_t& resumeHandle,
+                                                std::uintptr_t& resumeHandle,
                                                 os::NetBatch<std::wstring>& batch) {
     const std::string line =
         Line("LocalGroupEnum", server, level) + " " + std::to_string(preferredMaximumLength);
@@ -254,14 +269,14 @@ std::uint32_t FakeLocalAccounts::LocalGroupEnum(const wchar_t* server, std::uint
         batch = os::NetBatch<std::wstring>();
         return Answer(line, 0);
     }
-    return Answer(line, Page(KeysOf(localGroups), resumeHandle, batch));
+    return Answer(line, WidePage(KeysOf(localGroups), resumeHandle, batch));
 }
 
 std::uint32_t FakeLocalAccounts::LocalGroupGetMembers(const wchar_t* server,
                                                       const std::wstring& group,
                                                       std::uint32_t level,
                                                       std::uint32_t preferredMaximumLength,
-                                                      std::uint32_t& resumeHandle,
+                                                      std::uintptr_t& resumeHandle,
                                                       os::NetBatch<std::wstring>& batch) {
     const std::string line = Line("LocalGroupGetMembers", server, level) + " " + Ascii(group) +
                              " " + std::to_string(preferredMaximumLength);
@@ -273,7 +288,7 @@ std::uint32_t FakeLocalAccounts::LocalGroupGetMembers(const wchar_t* server,
     if (found == localGroups.end()) {
         return Answer(line, os::kErrorNoSuchAlias);
     }
-    return Answer(line, Page(found->second.members, resumeHandle, batch));
+    return Answer(line, WidePage(found->second.members, resumeHandle, batch));
 }
 
 std::uint32_t FakeLocalAccounts::LocalGroupAddMembers(const wchar_t* server,

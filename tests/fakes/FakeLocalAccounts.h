@@ -51,11 +51,11 @@ public:
                                 const std::wstring& group) override;
     std::uint32_t LocalGroupDel(const wchar_t* server, const std::wstring& group) override;
     std::uint32_t LocalGroupEnum(const wchar_t* server, std::uint32_t level,
-                                 std::uint32_t preferredMaximumLength, std::uint32_t& resumeHandle,
+                                 std::uint32_t preferredMaximumLength, std::uintptr_t& resumeHandle,
                                  os::NetBatch<std::wstring>& batch) override;
     std::uint32_t LocalGroupGetMembers(const wchar_t* server, const std::wstring& group,
                                        std::uint32_t level, std::uint32_t preferredMaximumLength,
-                                       std::uint32_t& resumeHandle,
+                                       std::uintptr_t& resumeHandle,
                                        os::NetBatch<std::wstring>& batch) override;
     std::uint32_t LocalGroupAddMembers(const wchar_t* server, const std::wstring& group,
                                        std::uint32_t level,
@@ -64,6 +64,7 @@ public:
                                        std::uint32_t level,
                                        const std::vector<std::wstring>& members) override;
     std::uint32_t LastError() override { return lastError; }
+    void SetLastError(std::uint32_t error) override { lastError = error; }
     void DebugOutput(const std::wstring& text) override;
 
     // Makes the call whose recorded line is exactly `line` fail with status.
@@ -75,12 +76,17 @@ public:
     std::vector<os::ServerInfo101> servers;
     // Entries per enumeration call; more give 234 and a resume handle.
     std::uint32_t pageSize = 100;
+    // Pointer-wide resume handles (local groups and their members) are
+    // handed out as this base plus the position, so that a caller that cuts
+    // them to 32 bits is caught; 0 still starts an enumeration.
+    std::uintptr_t wideResumeBase = 0;
     // Makes each enumeration answer one entry fewer than it reports.
     bool shortBatches = false;
     // Passwords shorter than this are refused with 2245.
     std::size_t minimumPasswordLength = 0;
     std::map<std::string, std::uint32_t> failures;
-    // What GetLastError answers: the status of the last failed call.
+    // The thread's last error: what GetLastError answers. Like the real
+    // calls, the fake's calls answer with their status and leave it alone.
     std::uint32_t lastError = 0;
     std::vector<os::UserInfo1> addedRecords;
     std::vector<std::string> calls;
@@ -91,6 +97,9 @@ private:
     template <class Entry>
     std::uint32_t Page(const std::vector<Entry>& all, std::uint32_t& resumeHandle,
                        os::NetBatch<Entry>& batch);
+    template <class Entry>
+    std::uint32_t WidePage(const std::vector<Entry>& all, std::uintptr_t& resumeHandle,
+                           os::NetBatch<Entry>& batch);
 };
 
 // The narrow form of a wide text whose characters are all below 0x80.

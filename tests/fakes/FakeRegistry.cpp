@@ -84,6 +84,17 @@ std::uint32_t FakeRegistry::SetNumberValue(os::RegistryKey key, const std::strin
     return 0;
 }
 
+std::uint32_t FakeRegistry::DeleteValue(os::RegistryKey key, const std::string& name) {
+    const HandleState* handle = Handle(key);
+    if (handle == nullptr) {
+        return kInvalidHandle;
+    }
+    if ((handle->access & os::kKeyWrite) != os::kKeyWrite) {
+        return os::kAccessDenied;
+    }
+    return keys_[handle->path].erase(Folded(name)) != 0 ? 0u : std::uint32_t{os::kFileNotFound};
+}
+
 std::uint32_t FakeRegistry::CloseKey(os::RegistryKey key) {
     if (key == os::kLocalMachine) {
         ++rootCloses;

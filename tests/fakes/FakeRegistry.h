@@ -30,6 +30,7 @@ public:
     std::uint32_t CreateKey(os::RegistryKey root, const std::string& path,
                             os::RegistryKey& key) override;
     std::uint32_t DeleteKey(os::RegistryKey root, const std::string& path) override;
+    std::uint32_t DeleteValue(os::RegistryKey key, const std::string& name) override;
 
     void AddKey(const std::string& path);
     bool HasKey(const std::string& path) const;

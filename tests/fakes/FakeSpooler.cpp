@@ -31,6 +31,9 @@ std::uint32_t FakeSpooler::EnumeratePrinters(std::uint32_t flags, std::uint32_t 
         return failure;
     }
     needed = Needed();
+    if (buffer != nullptr && fillFailure != 0) {
+        return fillFailure;
+    }
     if (capacity < needed) {
         return os::kInsufficientBuffer;
     }

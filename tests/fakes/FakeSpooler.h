@@ -30,7 +30,10 @@ public:
     std::uint32_t Needed() const;
 
     std::vector<std::string> printers;
+    // Fails every call with this status.
     std::uint32_t failure = 0;
+    // Fails only the call that brings a buffer, after a good size query.
+    std::uint32_t fillFailure = 0;
     std::vector<Call> calls;
 };
 

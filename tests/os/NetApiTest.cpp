@@ -79,3 +79,14 @@ TEST(NetApi, ServerEnumerationNeverHandsOutMoreThanItReports) {
     }
     EXPECT_EQ(batch.entries.size(), batch.entriesRead);
 }
+
+TEST(NetApi, FailedCallAnswersItsStatusAndLeavesTheThreadsLastError) {
+    if (Unsupported()) {
+        GTEST_SKIP() << "no account database on this host";
+    }
+    Net().SetLastError(1234);
+    const std::uint32_t status = Net().UserDel(nullptr, L"vagent-nobody-here");
+    const std::uint32_t lastError = Net().LastError();
+    EXPECT_EQ(status, vagent::os::kNerrUserNotFound);
+    EXPECT_EQ(lastError, 1234u);
+}

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <vector>
 
+#include "helpers/RegistrySnapshot.h"
 #include "helpers/TempDir.h"
 #include "os/Facilities.h"
 #include "os/HostFacts.h"
@@ -19,6 +22,7 @@ using vagent::os::Installed;
 using vagent::os::kLocalMachine;
 using vagent::os::Registry;
 using vagent::os::RegistryKey;
+using vagent::test::RegistrySnapshot;
 
 // The settings against the real registry and the real profile files of this
 // host. The suites link the library statically, so the library's
@@ -65,54 +69,87 @@ std::filesystem::path ExecutableConfigFile() {
     return std::filesystem::path(file);
 }
 
-// Creates the terminal-server keys that the host lacks and deletes what it
-// created when the test ends; a window-station key left by an earlier run is
-// removed first, so that each test starts from a missing "VXP" key.
+bool HasRegistry() {
+    RegistryKey probe = 0;
+    if (TheRegistry().OpenKey(kLocalMachine, "SYSTEM", 0x20019, probe) ==
+        vagent::os::kNotSupported) {
+        return false;
+    }
+    TheRegistry().CloseKey(probe);
+    return true;
+}
+
+// Every key and value the settings touch, saved before a test and put back
+// after it: the suite leaves a real terminal server as it found it.
+std::unique_ptr<RegistrySnapshot> SnapshotOfTheSettings() {
+    return std::make_unique<RegistrySnapshot>(
+        std::vector<std::string>{kTerminalServerKey, kWinStationsKey, kWinStationKey},
+        std::vector<RegistrySnapshot::ValueName>{{kTerminalServerKey, "fSingleSessionPerUser"},
+                                                 {kTerminalServerKey, "fDenyTSConnections"},
+                                                 {kWinStationKey, "PortNumber"},
+                                                 {kWinStationKey, "MinEncryptionLevel"},
+                                                 {kWinStationKey, "MaxConnectionTime"},
+                                                 {kWinStationKey, "MaxDisconnectionTime"},
+                                                 {kWinStationKey, "MaxIdleTime"}});
+}
+
+// Creates the terminal-server keys that the host lacks and puts back every
+// key and value the test touched when it ends.
 class TerminalServerKeys : public ::testing::Test {
 protected:
     void SetUp() override {
-        RegistryKey probe = 0;
-        if (TheRegistry().OpenKey(kLocalMachine, "SYSTEM", 0x20019, probe) ==
-            vagent::os::kNotSupported) {
+        if (!HasRegistry()) {
             GTEST_SKIP() << "no registry on this host";
         }
-        TheRegistry().CloseKey(probe);
-        TheRegistry().DeleteKey(kLocalMachine, kWinStationKey);
-        createdTerminalServer_ = !KeyExists(kTerminalServerKey);
-        createdWinStations_ = !KeyExists(kWinStationsKey);
+        snapshot_ = SnapshotOfTheSettings();
+        if (!snapshot_->Complete()) {
+            GTEST_SKIP() << "a terminal-server value of this host cannot be saved";
+        }
         ASSERT_TRUE(CreateKey(kWinStationsKey));
     }
 
-    void TearDown() override {
-        TheRegistry().DeleteKey(kLocalMachine, kWinStationKey);
-        if (createdWinStations_) {
-            TheRegistry().DeleteKey(kLocalMachine, kWinStationsKey);
-        }
-        if (createdTerminalServer_) {
-            TheRegistry().DeleteKey(kLocalMachine, kTerminalServerKey);
-        }
-    }
+    void TearDown() override { snapshot_.reset(); }
+
+    // A test that needs the "VXP" key missing cannot run where the host has
+    // one of its own.
+    bool HostHasItsOwnWinStation() const { return snapshot_->Existed(kWinStationKey); }
 
 private:
-    bool createdTerminalServer_ = false;
-    bool createdWinStations_ = false;
+    std::unique_ptr<RegistrySnapshot> snapshot_;
 };
 
-// Removes the "Config.ini" beside the test program before and after.
+// Moves a "Config.ini" beside the test program out of the way for the test
+// and puts it back afterwards, as it was; one the test made is removed.
 class ConfigBesideTheProgram : public ::testing::Test {
 protected:
-    void SetUp() override { std::filesystem::remove(file_); }
-    void TearDown() override { std::filesystem::remove(file_); }
+    void SetUp() override {
+        hadFile_ = std::filesystem::exists(file_);
+        if (hadFile_) {
+            saved_ = vagent::test::ReadWholeFile(file_);
+        }
+        std::filesystem::remove(file_);
+    }
+    void TearDown() override {
+        std::filesystem::remove(file_);
+        if (hadFile_) {
+            vagent::test::WriteWholeFile(file_, saved_);
+        }
+    }
 
     std::string Contents() const { return vagent::test::ReadWholeFile(file_); }
 
 private:
     std::filesystem::path file_ = ExecutableConfigFile();
+    bool hadFile_ = false;
+    std::string saved_;
 };
 
 }  // namespace
 
 TEST_F(TerminalServerKeys, SetOneFailsWhenTheWinStationKeyIsMissingAndDoesNotCreateIt) {
+    if (HostHasItsOwnWinStation()) {
+        GTEST_SKIP() << "this host has a VXP window station";
+    }
     EXPECT_EQ(SetSysSetting(1, 3389), 0);
     EXPECT_FALSE(KeyExists(kWinStationKey));
     std::int32_t value = 12;
@@ -187,4 +224,58 @@ TEST_F(ConfigBesideTheProgram, SingleSignOnSwitchesAreWritten) {
     const std::string contents = Contents();
     EXPECT_NE(contents.find("\nSSOEnabled=1"), std::string::npos) << contents;
     EXPECT_NE(contents.find("Z9SSOEnabled=0"), std::string::npos) << contents;
+}
+
+namespace {
+
+// A terminal server that has its own window station and settings keeps them
+// whole through the settings tests.
+class SettingsOfARealServer : public TerminalServerKeys {
+public:
+    void TestBody() override {}
+    using TerminalServerKeys::SetUp;
+    using TerminalServerKeys::TearDown;
+};
+
+std::uint32_t NumberOf(const char* path, const char* name) {
+    RegistryKey key = 0;
+    std::uint32_t value = 0xFFFFFFFFu;
+    if (TheRegistry().OpenKey(kLocalMachine, path, 0x20019, key) == 0) {
+        TheRegistry().QueryValue(key, name, value);
+        TheRegistry().CloseKey(key);
+    }
+    return value;
+}
+
+void SetNumber(const char* path, const char* name, std::uint32_t value) {
+    RegistryKey key = 0;
+    ASSERT_EQ(TheRegistry().CreateKey(kLocalMachine, path, key), 0u);
+    EXPECT_EQ(TheRegistry().SetNumberValue(key, name, value), 0u);
+    TheRegistry().CloseKey(key);
+}
+
+}  // namespace
+
+TEST(SystemSettingsOnARealServer, TestsLeaveTheServersKeysAndValuesAsTheyWere) {
+    if (!HasRegistry()) {
+        GTEST_SKIP() << "no registry on this host";
+    }
+    const std::unique_ptr<RegistrySnapshot> outer = SnapshotOfTheSettings();
+    SetNumber(kWinStationKey, "PortNumber", 3389);
+    SetNumber(kTerminalServerKey, "fDenyTSConnections", 1);
+    SetNumber(kTerminalServerKey, "fSingleSessionPerUser", 0);
+    {
+        SettingsOfARealServer test;
+        test.SetUp();
+        EXPECT_EQ(SetSysSetting(1, 3390), 1);
+        EXPECT_EQ(SetSysSetting(7, 1), 1);
+        EXPECT_EQ(SetSysSetting(0, 1), 1);
+        EXPECT_EQ(SetSysSetting(2, 3), 1);
+        test.TearDown();
+    }
+    EXPECT_TRUE(KeyExists(kWinStationKey));
+    EXPECT_EQ(NumberOf(kWinStationKey, "PortNumber"), 3389u);
+    EXPECT_EQ(NumberOf(kTerminalServerKey, "fDenyTSConnections"), 1u);
+    EXPECT_EQ(NumberOf(kTerminalServerKey, "fSingleSessionPerUser"), 0u);
+    EXPECT_EQ(NumberOf(kWinStationKey, "MinEncryptionLevel"), 0xFFFFFFFFu);
 }

@@ -70,3 +70,13 @@ TEST(PrinterDecoder, NumberItemOfAnotherSizeThanFourIsADataFormatError) {
     EXPECT_THAT(printers, IsEmpty());
     EXPECT_THAT(capture.Texts(), ElementsAre("Result2PrintInfo : Data Format Error"));
 }
+
+TEST(PrinterDecoder, AppendsToWhatTheCallersVectorHolds) {
+    const std::uint8_t payload[] = {0, 0, 0, 4, 0, 0, 0, 7, 0, 0, 0, 1, 'p'};
+    std::vector<_VXPrinterA> printers = {_VXPrinterA{3, "kept"}};
+    EXPECT_EQ(vagent::Result2PrintInfo(payload, sizeof payload, printers), 1);
+    ASSERT_EQ(printers.size(), 2u);
+    EXPECT_EQ(printers[0].printerName, "kept");
+    EXPECT_EQ(printers[1].sessionId, 7);
+    EXPECT_EQ(printers[1].printerName, "p");
+}

@@ -108,10 +108,21 @@ TEST(EnumeratePrinter, AllocationFailureIsLoggedWithTheSize) {
     EXPECT_THAT(capture.Texts(), ElementsAre("EnumeratePrinter : new [92] bytes failed"));
 }
 
-TEST(EnumeratePrinter, FailedEnumerationGivesZero) {
+TEST(EnumeratePrinter, FailedEnumerationGivesOneAndAnEmptyList) {
     FakeSessionHost host;
     host.spooler.failure = 1722;
-    std::vector<_VXPrinterA> printers;
-    EXPECT_EQ(vagent::EnumeratePrinter(printers), 0);
+    std::vector<_VXPrinterA> printers = {_VXPrinterA{9, "stale"}};
+    EXPECT_EQ(vagent::EnumeratePrinter(printers), 1);
     EXPECT_THAT(printers, IsEmpty());
+}
+
+TEST(EnumeratePrinter, SecondSpoolerCallFailingGivesOneAndAnEmptyList) {
+    FakeSessionHost host;
+    host.spooler.printers = {"Office", "session"};
+    host.spooler.fillFailure = 1722;
+    std::vector<_VXPrinterA> printers = {_VXPrinterA{9, "stale"}};
+    EXPECT_EQ(vagent::EnumeratePrinter(printers), 1);
+    EXPECT_THAT(printers, IsEmpty());
+    ASSERT_EQ(host.spooler.calls.size(), 2u);
+    EXPECT_TRUE(host.spooler.calls[1].withBuffer);
 }

@@ -154,3 +154,14 @@ TEST(SessionInfoDecoder, IdItemOfAnotherSizeThanFourIsAParameterError) {
     EXPECT_EQ(vagent::Result2SessionInfo(payload, sizeof payload, decoded), 0);
     EXPECT_THAT(capture.Texts(), ElementsAre("Result2SessionInfo : Parameter Error"));
 }
+
+TEST(SessionInfoDecoder, AppendsToWhatTheCallersVectorHolds) {
+    const std::uint8_t payload[] = {0, 0, 0, 4, 0, 0, 0, 5, 0, 0, 0, 1, 'a',
+                                    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    std::vector<_VXSessionA> decoded = {Session(2, "kept", "", "", "")};
+    EXPECT_EQ(vagent::Result2SessionInfo(payload, sizeof payload, decoded), 1);
+    ASSERT_EQ(decoded.size(), 2u);
+    EXPECT_EQ(decoded[0].info1, "kept");
+    EXPECT_EQ(decoded[1].sessionId, 5);
+    EXPECT_EQ(decoded[1].info1, "a");
+}

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <thread>
+#include <vector>
 
 #include "sessions/SessionOperations.h"
 #include "sessions/TaskHarness.h"
@@ -209,25 +211,58 @@ TEST(SessionTable, NullInputKeepsTheRecords) {
     EXPECT_TRUE(table.LookUp(1, record));
 }
 
+namespace {
+
+// One of two tables that disagree on every record: each record's MAC and
+// info1 name the table it belongs to, so a reader that sees parts of both
+// tables, or a record half replaced, notices.
+SessionTable::Records TableNamed(const std::string& name, int size) {
+    SessionTable::Records records;
+    for (int id = 1; id <= size; ++id) {
+        _VXSessionA record = Record(id, name + "-" + std::to_string(id));
+        record.info1 = name;
+        records[id] = record;
+    }
+    return records;
+}
+
+// A record is whole when its MAC and info1 come from the same table.
+bool IsWhole(const _VXSessionA& record, int id) {
+    return record.sessionId == id && record.macAddress == record.info1 + "-" + std::to_string(id);
+}
+
+}  // namespace
+
 TEST(SessionTable, ConcurrentCallersSeeWholeTables) {
     FakeSessionHost host;
     SessionTable table;
-    const SessionTable::Records small = {{1, Record(1, "aa")}};
-    const SessionTable::Records large = {
-        {1, Record(1, "aa")}, {2, Record(2, "bb")}, {3, Record(3, "cc")}};
+    const SessionTable::Records first = TableNamed("aa", 48);
+    const SessionTable::Records second = TableNamed("bb", 64);
+    table.Set(&first, nullptr);
+    std::atomic<bool> started{false};
+    std::atomic<bool> done{false};
     std::atomic<bool> torn{false};
     std::thread writer([&] {
-        for (int i = 0; i < 2000; ++i) {
-            table.Set(i % 2 == 0 ? &small : &large, nullptr);
+        while (!started) {
+            std::this_thread::yield();
         }
+        for (int i = 0; i < 4000; ++i) {
+            table.Set(i % 2 == 0 ? &second : &first, nullptr);
+        }
+        done = true;
     });
-    for (int i = 0; i < 2000; ++i) {
+    started = true;
+    // Reads for as long as the writer writes, and at most a bounded count.
+    for (int round = 0; round < 200000 && !done; ++round) {
+        const int id = 1 + round % 64;
         _VXSessionA record;
-        int id = 0;
-        if (table.LookUp(3, record) && record.macAddress != "cc") {
+        if (table.LookUp(id, record) && !IsWhole(record, id)) {
             torn = true;
         }
-        if (table.IdByMac("b", id) && id != 2) {
+        int found = 0;
+        // The first record of either table matches its own name only.
+        if ((table.IdByMac("aa", found) && found != 1) ||
+            (table.IdByMac("bb-6", found) && found != 6)) {
             torn = true;
         }
     }
@@ -248,4 +283,21 @@ TEST(ExportedSessionTable, SetSessionInfoFeedsGetSessionIdByMacAndTheSessionList
     EXPECT_EQ(vagent::GetSessionInfo(sessions), 1);
     ASSERT_EQ(sessions.size(), 1u);
     EXPECT_EQ(sessions[0].macAddress, "0A-0B-0C-0D-0E-0F");
+}
+
+// The process-wide table is empty until the host first fills it. Other tests
+// of this program fill it, so the check runs in a fresh process of its own.
+TEST(ExportedSessionTableDeathTest, ProcessTableIsEmptyBeforeTheFirstSetSessionInfo) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            FakeSessionHost host;
+            host.server.AddSession(6, "VXP#6", vagent::os::kSessionActive);
+            int id = 7;
+            const bool unmatched = GetSessionIdByMac("", id) == 0 && id == 7;
+            std::vector<_VXSessionA> sessions;
+            const bool unlisted = vagent::GetSessionInfo(sessions) == 1 && sessions.empty();
+            std::exit(unmatched && unlisted ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
 }

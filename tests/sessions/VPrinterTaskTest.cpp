@@ -45,13 +45,15 @@ TEST(VPrinterTask, WithNoPrintersAnswersZeroWithNoBlock) {
     EXPECT_THAT(capture.Texts(), ElementsAre("PrintInfo2Result : dwSize = [0]"));
 }
 
-TEST(VPrinterTask, FailedEnumerationAnswersZeroWithNoBlock) {
+TEST(VPrinterTask, FailedEnumerationAnswersZeroWithNoBlockAsAnEmptyList) {
+    LogCapture capture;
     FakeSessionHost host;
     host.spooler.failure = 5;
     VPrinterTask service(27);
     const TaskAnswer answer = RunDoTask(service);
     EXPECT_EQ(answer.truth, 0);
     EXPECT_TRUE(answer.block.empty());
+    EXPECT_THAT(capture.Texts(), ElementsAre("PrintInfo2Result : dwSize = [0]"));
 }
 
 TEST(VPrinterTask, DoTaskRefusesNullOutputs) {

@@ -571,3 +571,58 @@ TEST(VConfig, AssignmentThatCannotAllocateTheListReadsTheFileItself) {
         EXPECT_EQ(Lookup(target, "", "b"), "2");
     }
 }
+
+TEST(VConfig, KeepsItsDirectoryAndFileNameInFixed256CharacterArrays) {
+    // The layout host programs share: the loaded flag, the two arrays, then
+    // the head of the entries.
+    struct SharedLayout {
+        std::int32_t loaded;
+        char directory[256];
+        char fileName[256];
+        CONF_T* entries;
+    };
+    EXPECT_EQ(sizeof(VConfig), sizeof(SharedLayout));
+    EXPECT_EQ(VConfig::kTextCapacity, 256u);
+}
+
+TEST(VConfig, FileNameOfExactly256CharsIsKeptWhole) {
+    ExecutableDirectory directory;
+    VConfig config = directory.MakeConfig();
+    std::string previous;
+    config.SetConfigFile(std::string(256, 'n'));
+    config.SetConfigFile("Other.ini", &previous);
+    EXPECT_EQ(previous, std::string(256, 'n'));
+}
+
+TEST(VConfig, ParseConfigTextReadsEntriesFromMemoryWithoutTheFile) {
+    LogCapture capture;
+    ExecutableDirectory directory;
+    VConfig config = directory.MakeConfig();
+    EXPECT_EQ(config.ParseConfigText("a=1\n  [ Net ]\n  Port = 1234 ; comment\r\n"), 1);
+    EXPECT_TRUE(config.IsLoaded());
+    EXPECT_THAT(EntriesOf(config), ElementsAre("Net|Port|1234", "|a|1"));
+    std::string value;
+    EXPECT_EQ(config.ReadKeyValue("Net", "Port", value), 1);
+    EXPECT_EQ(value, "1234");
+    EXPECT_THAT(capture.Texts(), IsEmpty());
+}
+
+TEST(VConfig, ParseConfigTextReplacesTheEntriesReadBefore) {
+    ExecutableDirectory directory;
+    VConfig config = directory.MakeConfig();
+    ASSERT_EQ(config.ParseConfigText("a=1\n"), 1);
+    EXPECT_EQ(config.ParseConfigText("b=2\n"), 1);
+    EXPECT_THAT(EntriesOf(config), ElementsAre("|b|2"));
+    EXPECT_EQ(config.ParseConfigText("no key here\n"), 0);
+    EXPECT_FALSE(config.IsLoaded());
+    EXPECT_EQ(config.Entries(), nullptr);
+}
+
+TEST(VConfig, ParseConfigTextCutsLongLinesIntoPiecesOf1023Bytes) {
+    ExecutableDirectory directory;
+    VConfig config = directory.MakeConfig();
+    const std::string text = std::string(1020, 'k') + "=abcdef\n";
+    ASSERT_EQ(config.ParseConfigText(text), 1);
+    EXPECT_THAT(EntriesOf(config), ElementsAre("|" + std::string(1020, 'k') + "|ab"));
+    EXPECT_EQ(ParsedEntries(text), EntriesOf(config));
+}

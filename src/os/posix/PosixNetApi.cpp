@@ -49,13 +49,13 @@ public:
     std::uint32_t LocalGroupDel(const wchar_t*, const std::wstring&) override {
         return kNotSupported;
     }
-    std::uint32_t LocalGroupEnum(const wchar_t*, std::uint32_t, std::uint32_t, std::uint32_t&,
+    std::uint32_t LocalGroupEnum(const wchar_t*, std::uint32_t, std::uint32_t, std::uintptr_t&,
                                  NetBatch<std::wstring>& batch) override {
         batch = NetBatch<std::wstring>();
         return kNotSupported;
     }
     std::uint32_t LocalGroupGetMembers(const wchar_t*, const std::wstring&, std::uint32_t,
-                                       std::uint32_t, std::uint32_t&,
+                                       std::uint32_t, std::uintptr_t&,
                                        NetBatch<std::wstring>& batch) override {
         batch = NetBatch<std::wstring>();
         return kNotSupported;
@@ -69,6 +69,7 @@ public:
         return kNotSupported;
     }
     std::uint32_t LastError() override { return kNotSupported; }
+    void SetLastError(std::uint32_t) override {}
     void DebugOutput(const std::wstring&) override {}
 };
 

@@ -27,6 +27,7 @@ public:
         return kNotSupported;
     }
     std::uint32_t DeleteKey(RegistryKey, const std::string&) override { return kNotSupported; }
+    std::uint32_t DeleteValue(RegistryKey, const std::string&) override { return kNotSupported; }
 };
 
 }  // namespace

@@ -95,6 +95,13 @@ void HandOut(Held<Interface>&& held, std::unique_ptr<Result>& out) {
     out = std::make_unique<Wrapper>(std::move(held));
 }
 
+// A call that reports success without handing out its interface has failed:
+// the caller must not go on to use an object that is not there.
+template <class Interface>
+HRESULT HandedOutOrFailed(HRESULT result, const Held<Interface>& held) {
+    return SUCCEEDED(result) && held.Get() == nullptr ? E_POINTER : result;
+}
+
 class Win32Object final : public DirectoryObject {
 public:
     explicit Win32Object(Held<IADs>&& object) : object_(std::move(object)) {}
@@ -147,7 +154,8 @@ public:
 
     std::int32_t QueryObject(std::unique_ptr<DirectoryObject>& object) override {
         Held<IADs> queried;
-        const HRESULT result = dispatch_->QueryInterface(IID_IADs, queried.ReceiveVoid());
+        const HRESULT result =
+            HandedOutOrFailed(dispatch_->QueryInterface(IID_IADs, queried.ReceiveVoid()), queried);
         if (SUCCEEDED(result)) {
             HandOut<DirectoryObject, Win32Object>(std::move(queried), object);
         }
@@ -222,7 +230,8 @@ public:
 
     std::int32_t QueryEnumeration(std::unique_ptr<DirectoryEnumeration>& enumeration) override {
         Held<IEnumVARIANT> queried;
-        const HRESULT result = unknown_->QueryInterface(IID_IEnumVARIANT, queried.ReceiveVoid());
+        const HRESULT result = HandedOutOrFailed(
+            unknown_->QueryInterface(IID_IEnumVARIANT, queried.ReceiveVoid()), queried);
         if (SUCCEEDED(result)) {
             HandOut<DirectoryEnumeration, Win32MemberEnumeration>(std::move(queried), enumeration);
         }
@@ -239,8 +248,9 @@ public:
 
     std::int32_t NewEnum(std::unique_ptr<DirectoryUnknown>& unknown) override {
         Held<IUnknown> received;
-        const HRESULT result = members_->get__NewEnum(received.Receive());
-        if (SUCCEEDED(result) && received.Get() != nullptr) {
+        const HRESULT result =
+            HandedOutOrFailed(members_->get__NewEnum(received.Receive()), received);
+        if (SUCCEEDED(result)) {
             HandOut<DirectoryUnknown, Win32Unknown>(std::move(received), unknown);
         }
         return result;
@@ -322,8 +332,8 @@ public:
     std::int32_t SetInfo() override { return user_->SetInfo(); }
     std::int32_t Groups(std::unique_ptr<DirectoryMembers>& groups) override {
         Held<IADsMembers> members;
-        const HRESULT result = user_->Groups(members.Receive());
-        if (SUCCEEDED(result) && members.Get() != nullptr) {
+        const HRESULT result = HandedOutOrFailed(user_->Groups(members.Receive()), members);
+        if (SUCCEEDED(result)) {
             HandOut<DirectoryMembers, Win32Members>(std::move(members), groups);
         }
         return result;
@@ -347,8 +357,8 @@ public:
     }
     std::int32_t Members(std::unique_ptr<DirectoryMembers>& members) override {
         Held<IADsMembers> collection;
-        const HRESULT result = group_->Members(collection.Receive());
-        if (SUCCEEDED(result) && collection.Get() != nullptr) {
+        const HRESULT result = HandedOutOrFailed(group_->Members(collection.Receive()), collection);
+        if (SUCCEEDED(result)) {
             HandOut<DirectoryMembers, Win32Members>(std::move(collection), members);
         }
         return result;

@@ -194,7 +194,7 @@ public:
     }
 
     std::uint32_t LocalGroupEnum(const wchar_t* server, std::uint32_t level,
-                                 std::uint32_t preferredMaximumLength, std::uint32_t& resumeHandle,
+                                 std::uint32_t preferredMaximumLength, std::uintptr_t& resumeHandle,
                                  NetBatch<std::wstring>& batch) override {
         NetBuffer buffer;
         DWORD read = 0;
@@ -202,14 +202,14 @@ public:
         DWORD_PTR resume = resumeHandle;
         const NET_API_STATUS status = NetLocalGroupEnum(
             server, level, buffer.Address(), preferredMaximumLength, &read, &total, &resume);
-        resumeHandle = static_cast<std::uint32_t>(resume);
+        resumeHandle = resume;
         CopyNames<LOCALGROUP_INFO_0>(buffer, read, total, &LOCALGROUP_INFO_0::lgrpi0_name, batch);
         return status;
     }
 
     std::uint32_t LocalGroupGetMembers(const wchar_t* server, const std::wstring& group,
                                        std::uint32_t level, std::uint32_t preferredMaximumLength,
-                                       std::uint32_t& resumeHandle,
+                                       std::uintptr_t& resumeHandle,
                                        NetBatch<std::wstring>& batch) override {
         NetBuffer buffer;
         DWORD read = 0;
@@ -218,7 +218,7 @@ public:
         const NET_API_STATUS status =
             NetLocalGroupGetMembers(server, group.c_str(), level, buffer.Address(),
                                     preferredMaximumLength, &read, &total, &resume);
-        resumeHandle = static_cast<std::uint32_t>(resume);
+        resumeHandle = resume;
         CopyNames<LOCALGROUP_MEMBERS_INFO_1>(buffer, read, total,
                                              &LOCALGROUP_MEMBERS_INFO_1::lgrmi1_name, batch);
         return status;
@@ -241,6 +241,7 @@ public:
     }
 
     std::uint32_t LastError() override { return GetLastError(); }
+    void SetLastError(std::uint32_t error) override { ::SetLastError(error); }
 
     void DebugOutput(const std::wstring& text) override { OutputDebugStringW(text.c_str()); }
 };

@@ -60,6 +60,9 @@ public:
     std::uint32_t DeleteKey(RegistryKey root, const std::string& path) override {
         return static_cast<std::uint32_t>(RegDeleteKeyA(HandleOf(root), path.c_str()));
     }
+    std::uint32_t DeleteValue(RegistryKey key, const std::string& name) override {
+        return static_cast<std::uint32_t>(RegDeleteValueA(HandleOf(key), name.c_str()));
+    }
 };
 
 }  // namespace

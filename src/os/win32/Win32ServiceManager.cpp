@@ -1,5 +1,6 @@
 #include "os/ServiceManager.h"
 
+#include "os/win32/LocalMemory.h"
 #include "os/win32/WindowsHeaders.h"
 
 namespace vagent::os {
@@ -12,23 +13,6 @@ SC_HANDLE AsServiceHandle(ServiceHandle handle) {
 std::string TextOrEmpty(const char* text) {
     return text != nullptr ? std::string(text) : std::string();
 }
-
-// Frees a LocalAlloc buffer on every way out.
-class LocalBuffer {
-public:
-    explicit LocalBuffer(std::uint32_t size) : memory_(LocalAlloc(LPTR, size)) {}
-    ~LocalBuffer() {
-        if (memory_ != nullptr) {
-            LocalFree(memory_);
-        }
-    }
-    LocalBuffer(const LocalBuffer&) = delete;
-    LocalBuffer& operator=(const LocalBuffer&) = delete;
-    void* Get() const { return memory_; }
-
-private:
-    HLOCAL memory_;
-};
 
 class Win32ServiceManager final : public ServiceManager {
 public:
@@ -72,7 +56,7 @@ public:
 
     std::uint32_t QueryConfig(ServiceHandle service, std::uint32_t capacity,
                               ServiceConfig& config) override {
-        LocalBuffer buffer(capacity);
+        LocalMemory buffer(capacity);
         if (buffer.Get() == nullptr) {
             return GetLastError();
         }

@@ -6,7 +6,6 @@
 // can reach the real disk, registry or network.
 #include <cstdint>
 #include <cstdlib>
-#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -30,12 +29,8 @@
 #include "fakes/RefusingSockets.h"
 #include "os/Facilities.h"
 #include "vagent/TaskRequest.h"
-#include "vagent/VFileTask.h"
-#include "vagent/VGroupTask.h"
-#include "vagent/VPrinterTask.h"
-#include "vagent/VSessionTask.h"
+#include "vagent/TaskFactory.h"
 #include "vagent/VTask.h"
-#include "vagent/VUserTask.h"
 
 namespace {
 
@@ -87,32 +82,6 @@ struct FakeHost {
     ScopedFacility<os::WindowMessages> windowsScope{windows};
 };
 
-bool IsOneOf(std::uint32_t id, std::initializer_list<std::uint32_t> ids) {
-    for (std::uint32_t listed : ids) {
-        if (id == listed) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// The family that serves each id, as the service's task factory picks it.
-std::unique_ptr<VTask> TaskFor(std::uint32_t id) {
-    if (id <= 13 || id == 37) {
-        return std::make_unique<VUserTask>(id);
-    }
-    if (id <= 23 || id == 42) {
-        return std::make_unique<VGroupTask>(id);
-    }
-    if (IsOneOf(id, {24, 25, 26, 32, 33, 36, 40, 41, 43})) {
-        return std::make_unique<VSessionTask>(id);
-    }
-    if (id == 27) {
-        return std::make_unique<VPrinterTask>(id);
-    }
-    return std::make_unique<VFileTask>(id);
-}
-
 void Check(bool holds) {
     if (!holds) {
         std::abort();
@@ -142,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::uint32_t id = 1 + data[0] % kTaskIds;
     const int workEnv = (data[0] / kTaskIds) % 2;
     FakeHost host;
-    const std::unique_ptr<VTask> task = TaskFor(id);
+    const std::unique_ptr<VTask> task(CreateVTask(id));
     std::vector<std::uint8_t> block(data + 1, data + size);
     TaskRequest request;
     request.length = static_cast<std::uint32_t>(block.size());

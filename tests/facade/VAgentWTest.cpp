@@ -253,11 +253,14 @@ TEST(VAgentW, DomainControllerIsFoundWithAWideName) {
 TEST(VAgentW, FailedDomainControllerLookupKeepsTheSystemsLastError) {
     VAgentWTestHost host;
     host.accounts.FailOn("ServerEnum <null> 101 4294967295 2 <null> 0", 6118);
+    // A failed enumeration answers its status and leaves the thread's last
+    // error as it was, which is what the agent keeps.
+    host.accounts.SetLastError(1234);
     VAgentW agent;
     std::wstring name = L"kept";
     EXPECT_EQ(agent.GetDnCtrl(name), 0);
     EXPECT_EQ(name, L"kept");
-    EXPECT_EQ(agent.GetErrorCode(), 6118u);
+    EXPECT_EQ(agent.GetErrorCode(), 1234u);
 }
 
 TEST(VAgentW, ComputerRoleChecksAnswerAsTheNarrowAgents) {

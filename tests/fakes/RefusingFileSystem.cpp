@@ -77,4 +77,8 @@ std::uint32_t RefusingFileSystem::ConnectedDiskNames(std::vector<std::string>& l
     return Refuse();
 }
 
+std::uint32_t RefusingFileSystem::LastError() {
+    return kRefused;
+}
+
 }  // namespace vagent::test

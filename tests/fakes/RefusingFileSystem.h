@@ -31,6 +31,8 @@ public:
     std::int64_t FileLength(std::FILE* file) override;
     std::uint32_t LogicalDrives() override;
     std::uint32_t ConnectedDiskNames(std::vector<std::string>& localNames) override;
+    // What every refused call leaves behind.
+    std::uint32_t LastError() override;
 
     std::uint64_t refused = 0;
 

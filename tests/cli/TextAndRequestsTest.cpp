@@ -101,15 +101,17 @@ TEST(CliRequests, ANameOutsideTheCodePageIsRefusedBeforeConnecting) {
 // code page itself; where it is the system's ANSI code page, a name that
 // code page cannot hold is refused.
 TEST(CliRequests, ANameOfCodePage936TravelsInItOrIsRefused) {
-    CaptureServer server(AckReply(1));
-    const CliRun run = RunCli({"-H", "127.0.0.1:" + server.Port(), "--codepage", "936", "user",
-                               "delete", "\xE5\xBC\xA0"});
     const unsigned system = vagentctl::platform::SystemCodePage();
     if (system != vagentctl::platform::kUtf8CodePage && system != 936) {
+        const CliRun run = RunCli({"-H", "127.0.0.1:" + RefusedPort(), "--codepage", "936", "user",
+                                   "delete", "\xE5\xBC\xA0"});
         EXPECT_EQ(run.status, 1);
         EXPECT_THAT(run.err, HasSubstr("cannot be written in code page " + std::to_string(system)));
         return;
     }
+    CaptureServer server(AckReply(1));
+    const CliRun run = RunCli({"-H", "127.0.0.1:" + server.Port(), "--codepage", "936", "user",
+                               "delete", "\xE5\xBC\xA0"});
     EXPECT_EQ(run.status, 0) << run.err;
     const std::vector<std::uint8_t> name = {0xD5, 0xC5};
     const std::vector<std::uint8_t>& block = server.Frame().block;

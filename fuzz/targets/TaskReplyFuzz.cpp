@@ -23,6 +23,8 @@ using vagent::os::SocketHandle;
 // Only what the client calls is served; the listening side is refused.
 constexpr std::uint32_t kNotSupportedHere = 10045;
 constexpr SocketHandle kConnection = 5;
+// How far an announced payload may run past the input and still be tried.
+constexpr std::size_t kSlack = 64;
 
 // A socket library whose only connection answers with the fuzz input.
 class ReplySockets final : public vagent::os::Sockets {
@@ -130,10 +132,27 @@ constexpr TaskReader kReaders[] = {
     {44, Read<int>},
 };
 
+// A reply that announces more payload than the input holds only makes the
+// client allocate the announced size and then fail its read, which the unit
+// tests pin; at hundreds of megabytes a run it would starve the search.
+bool ClaimsAPayloadBeyondTheInput(const std::uint8_t* reply, std::size_t size) {
+    constexpr std::size_t kHeaderSize = 8;
+    if (size < kHeaderSize) {
+        return false;
+    }
+    const std::uint32_t claimed = (std::uint32_t{reply[4]} << 24) |
+                                  (std::uint32_t{reply[5]} << 16) | (std::uint32_t{reply[6]} << 8) |
+                                  std::uint32_t{reply[7]};
+    return claimed > size - kHeaderSize + kSlack;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 2) {
+        return 0;
+    }
+    if (ClaimsAPayloadBeyondTheInput(data + 2, size - 2)) {
         return 0;
     }
     const TaskReader& reader = kReaders[data[0] % (sizeof(kReaders) / sizeof(kReaders[0]))];

@@ -15,7 +15,8 @@
 namespace vagent::service {
 namespace {
 
-constexpr std::uint32_t kLastUserTask = 13;
+// The user tasks (1 to 13) and the group tasks (14 to 23) run one after
+// another.
 constexpr std::uint32_t kLastGroupTask = 23;
 constexpr std::uint32_t kUserLdapTask = 37;
 constexpr std::uint32_t kLdapObjectTest = 39;

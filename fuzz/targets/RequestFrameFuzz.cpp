@@ -35,6 +35,12 @@ std::size_t ReadWhole(RequestFrameReader& reader, const std::uint8_t* data, std:
     return consumed;
 }
 
+// A linear congruential step, wrapping modulo 2^32 on purpose; taken in 64
+// bits so the wrap is explicit.
+std::uint32_t NextState(std::uint32_t state) {
+    return static_cast<std::uint32_t>((std::uint64_t{state} * 1103515245u + 12345u) & 0xFFFFFFFFu);
+}
+
 // Chunk sizes from a small generator seeded by the input, each at most the
 // bytes the reader says it still wants, so that the reading stops exactly at
 // the frame's end as the service's socket reads do.
@@ -43,7 +49,7 @@ std::size_t ReadInChunks(RequestFrameReader& reader, std::uint8_t seed, const st
     std::uint32_t state = seed | 0x100u;
     std::size_t offset = 0;
     while (offset < size && reader.State() == FrameState::Incomplete) {
-        state = state * 1103515245u + 12345u;
+        state = NextState(state);
         const std::size_t wanted = reader.BytesWanted();
         Check(wanted > 0);
         std::size_t chunk = 1 + (state >> 16) % 17;

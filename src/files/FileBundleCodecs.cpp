@@ -111,7 +111,8 @@ int Result2Files(const std::uint8_t* payload, std::uint32_t length) {
             return 0;
         }
         if (index % 2 == 0) {
-            name.assign(item, std::find(item, item + itemLength, 0));
+            const std::uint8_t* end = std::find(item, item + itemLength, 0);
+            name.assign(reinterpret_cast<const char*>(item), static_cast<std::size_t>(end - item));
             continue;
         }
         std::FILE* file = os::Files().Open(name, "wb");

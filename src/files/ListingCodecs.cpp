@@ -91,7 +91,8 @@ int Result2FileAttr(const std::uint8_t* payload, std::uint32_t length,
                                  return false;
                              }
                              const std::uint8_t* end = std::find(item, item + itemLength, 0);
-                             entry.name.assign(item, end);
+                             entry.name.assign(reinterpret_cast<const char*>(item),
+                                               static_cast<std::size_t>(end - item));
                              return true;
                          }
                          if (!ReadNumber(item, itemLength, entry.attribute)) {

@@ -22,6 +22,7 @@
 
 #include "Server.h"
 #include "os/Sockets.h"
+#include "vagent/VAgent.h"
 #include "vagent/VFileTask.h"
 #include "vagent/VTaskClient.h"
 
@@ -195,6 +196,22 @@ void BM_RemoteHostNameCall(benchmark::State& state) {
     const std::string port = Service().Port();
     for (auto _ : state) {
         if (!RemoteHostNameCall(port)) {
+            state.SkipWithError("call failed");
+            break;
+        }
+    }
+}
+
+// The same call as an administration program makes it, through the facade.
+void BM_AgentGetHostName(benchmark::State& state) {
+    if (!Service().Started()) {
+        state.SkipWithError("the service did not start");
+        return;
+    }
+    VAgent agent(0, "127.0.0.1", Service().Port());
+    std::string name;
+    for (auto _ : state) {
+        if (agent.GetHostName(name) != 1) {
             state.SkipWithError("call failed");
             break;
         }
@@ -393,6 +410,7 @@ void BM_PlainSocketCopy(benchmark::State& state) {
 }
 
 BENCHMARK(BM_RemoteHostNameCall)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_AgentGetHostName)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(BM_PlainExchange)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(BM_Concurrent64RemoteCalls)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_Concurrent64PlainExchanges)->Unit(benchmark::kMillisecond)->UseRealTime();
@@ -415,6 +433,8 @@ public:
     void PrintRatios() const {
         PrintPair("one remote call, time ratio to the plain exchange (goal at most 1.5)",
                   "BM_RemoteHostNameCall", "BM_PlainExchange");
+        PrintPair("the same call through VAgent, time ratio to the plain exchange",
+                  "BM_AgentGetHostName", "BM_PlainExchange");
         PrintPair("64 clients, calls/s ratio to the minimal server (goal at least 0.8)",
                   "BM_Concurrent64PlainExchanges", "BM_Concurrent64RemoteCalls");
         PrintPair("upload, throughput ratio to the plain copy (goal at least 0.7)",

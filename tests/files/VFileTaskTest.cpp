@@ -446,10 +446,22 @@ TEST(VFileTaskAnswer2Struct, TransferAcknowledgementsYieldTheValueCarried) {
     EXPECT_EQ(carried, 7);
 }
 
-TEST(VFileTaskAnswer2Struct, HostVersionWithoutItemsIsZero) {
+TEST(VFileTaskAnswer2Struct, HostVersionOfOneEmptyItemIsZero) {
     TaskAnswer result;
     result.block = Bytes{0, 0, 0, 4, 0, 0, 0, 0};
     int code = 5;
     EXPECT_EQ(DecodeResult(35, result, &code), 1);
     EXPECT_EQ(code, 0);
+}
+
+// A payload holds at least one item or is malformed, so "no items" is an
+// empty payload, which never reaches the decoder.
+TEST(VFileTaskAnswer2Struct, HostVersionWithoutItemsIsRefusedAndLeavesTheOutput) {
+    LogCapture capture;
+    TaskAnswer result;
+    result.block = Bytes{0, 0, 0, 0};
+    int code = 5;
+    EXPECT_EQ(DecodeResult(35, result, &code), 0);
+    EXPECT_EQ(code, 5);
+    EXPECT_THAT(capture.Texts(), ElementsAre("Result2Struct : Parameter Error"));
 }

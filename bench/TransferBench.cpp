@@ -16,18 +16,17 @@
 #include <thread>
 #include <vector>
 
+#include "BenchTree.h"
 #include "os/Sockets.h"
 #include "vagent/VFileTask.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using vagent::bench::BenchTree;
+using vagent::bench::kFileSize;
+using vagent::bench::kTreeBytes;
 
-constexpr int kDirectories = 16;
-constexpr int kFilesPerDirectory = 16;
-constexpr std::size_t kFileSize = 1024 * 1024;
-constexpr std::int64_t kTreeBytes =
-    static_cast<std::int64_t>(kDirectories) * kFilesPerDirectory * kFileSize;
 constexpr std::size_t kCopyChunk = 256 * 1024;
 constexpr std::uint32_t kFilesCopyTask = 44;
 
@@ -41,43 +40,8 @@ std::string LibraryPath(const fs::path& path) {
     return text;
 }
 
-// The tree sent by every run, made once: 16 directories of 16 files of
-// 1 MiB each.
-class BenchTree {
-public:
-    BenchTree() : root_(fs::temp_directory_path() / "vagent-transfer-bench") {
-        fs::remove_all(root_);
-        std::vector<char> contents(kFileSize);
-        for (std::size_t index = 0; index < contents.size(); ++index) {
-            contents[index] = static_cast<char>(index * 131 + index / 977);
-        }
-        for (int directory = 0; directory < kDirectories; ++directory) {
-            const fs::path folder = Source() / ("d" + std::to_string(directory));
-            fs::create_directories(folder);
-            for (int file = 0; file < kFilesPerDirectory; ++file) {
-                const fs::path name = folder / ("f" + std::to_string(file) + ".bin");
-                std::FILE* out = std::fopen(name.string().c_str(), "wb");
-                std::fwrite(contents.data(), 1, contents.size(), out);
-                std::fclose(out);
-                files_.push_back(name);
-            }
-        }
-    }
-    ~BenchTree() {
-        std::error_code ignored;
-        fs::remove_all(root_, ignored);
-    }
-    fs::path Source() const { return root_ / "source"; }
-    fs::path Target() const { return root_ / "target"; }
-    const std::vector<fs::path>& Files() const { return files_; }
-
-private:
-    fs::path root_;
-    std::vector<fs::path> files_;
-};
-
 BenchTree& Tree() {
-    static BenchTree tree;
+    static BenchTree tree("vagent-transfer-bench");
     return tree;
 }
 

@@ -9,30 +9,32 @@
 //    plain socket copy of the same file bytes.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
-#include <map>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "Server.h"
+#include "BenchSockets.h"
 #include "BenchTree.h"
-#include "os/Sockets.h"
+#include "PlainSocketCopy.h"
+#include "RatioReporter.h"
+#include "Server.h"
 #include "vagent/VAgent.h"
 #include "vagent/VFileTask.h"
 #include "vagent/VTaskClient.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using vagent::bench::BenchTree;
-using vagent::bench::kFileSize;
+using vagent::bench::ConnectTo;
 using vagent::bench::kTreeBytes;
+using vagent::bench::LibraryPath;
+using vagent::bench::RatioReporter;
+using vagent::bench::ReceiveAll;
+using vagent::bench::SendAll;
+using vagent::bench::Sockets;
 
 using vagent::os::kInvalidSocket;
 using vagent::os::SocketHandle;
@@ -43,53 +45,6 @@ constexpr std::size_t kPlainRequestBytes = 20;
 constexpr std::size_t kPlainReplyBytes = 12;
 constexpr int kConcurrentClients = 64;
 constexpr int kCallsPerClient = 25;
-constexpr std::size_t kCopyChunk = 256 * 1024;
-
-vagent::os::Sockets& Sockets() {
-    return vagent::os::Installed<vagent::os::Sockets>();
-}
-
-std::string LibraryPath(const fs::path& path) {
-    std::string text = path.string();
-    std::replace(text.begin(), text.end(), '/', '\\');
-    return text;
-}
-
-bool SendAll(SocketHandle socket, const char* data, std::size_t count) {
-    while (count > 0) {
-        int sent = 0;
-        if (Sockets().Send(socket, data, static_cast<int>(count), 0, sent) != 0 || sent <= 0) {
-            return false;
-        }
-        data += sent;
-        count -= static_cast<std::size_t>(sent);
-    }
-    return true;
-}
-
-bool ReceiveAll(SocketHandle socket, char* buffer, std::size_t count) {
-    while (count > 0) {
-        int got = 0;
-        if (Sockets().Receive(socket, buffer, static_cast<int>(count), 0, got) != 0 || got <= 0) {
-            return false;
-        }
-        buffer += got;
-        count -= static_cast<std::size_t>(got);
-    }
-    return true;
-}
-
-SocketHandle ConnectTo(std::uint16_t port) {
-    SocketHandle socket = kInvalidSocket;
-    if (Sockets().OpenStream(socket) != 0) {
-        return kInvalidSocket;
-    }
-    if (Sockets().Connect(socket, "127.0.0.1", port) != 0) {
-        Sockets().Close(socket);
-        return kInvalidSocket;
-    }
-    return socket;
-}
 
 // The in-process agent service on loopback, with its default workers, made
 // once for the whole run.
@@ -306,72 +261,9 @@ void BM_UploadThroughService(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * kTreeBytes);
 }
 
-// A listener on loopback and the one connection it accepted.
-struct AcceptedPair {
-    AcceptedPair() {
-        SocketHandle listener = kInvalidSocket;
-        std::uint16_t port = 0;
-        Sockets().OpenStream(listener);
-        Sockets().Bind(listener, "127.0.0.1", 0);
-        Sockets().Listen(listener, 1);
-        Sockets().LocalPort(listener, port);
-        sender = ConnectTo(port);
-        Sockets().Accept(listener, receiver);
-        Sockets().Close(listener);
-    }
-    ~AcceptedPair() {
-        Sockets().Close(sender);
-        Sockets().Close(receiver);
-    }
-    SocketHandle sender = kInvalidSocket;
-    SocketHandle receiver = kInvalidSocket;
-};
-
-void SendFiles(SocketHandle socket, const BenchTree& tree) {
-    std::vector<char> chunk(kCopyChunk);
-    for (const fs::path& file : tree.Files()) {
-        std::FILE* in = std::fopen(file.string().c_str(), "rb");
-        std::size_t got = 0;
-        while ((got = std::fread(chunk.data(), 1, chunk.size(), in)) > 0) {
-            SendAll(socket, chunk.data(), got);
-        }
-        std::fclose(in);
-    }
-}
-
-bool ReceiveFiles(SocketHandle socket, const BenchTree& tree) {
-    std::vector<char> chunk(kCopyChunk);
-    bool received = true;
-    for (const fs::path& file : tree.Files()) {
-        const fs::path target = tree.Target() / fs::relative(file, tree.Source());
-        fs::create_directories(target.parent_path());
-        std::FILE* out = std::fopen(target.string().c_str(), "wb");
-        for (std::size_t left = kFileSize; left > 0 && received;) {
-            const std::size_t part = std::min(left, chunk.size());
-            received = ReceiveAll(socket, chunk.data(), part);
-            std::fwrite(chunk.data(), 1, part, out);
-            left -= part;
-        }
-        std::fclose(out);
-    }
-    return received;
-}
-
-// The same file bytes read in large chunks, sent bare, received and written
-// to files of the same names: the upload without its protocol or service.
+// The same file bytes without the upload's protocol or service.
 void BM_PlainSocketCopy(benchmark::State& state) {
-    BenchTree& tree = Tree();
-    for (auto _ : state) {
-        AcceptedPair pair;
-        std::thread sender([&] { SendFiles(pair.sender, tree); });
-        const bool received = ReceiveFiles(pair.receiver, tree);
-        sender.join();
-        if (!received) {
-            state.SkipWithError("copy failed");
-            break;
-        }
-    }
-    state.SetBytesProcessed(state.iterations() * kTreeBytes);
+    vagent::bench::RunPlainSocketCopy(state, Tree());
 }
 
 BENCHMARK(BM_RemoteHostNameCall)->Unit(benchmark::kMicrosecond)->UseRealTime();
@@ -382,51 +274,28 @@ BENCHMARK(BM_Concurrent64PlainExchanges)->Unit(benchmark::kMillisecond)->UseReal
 BENCHMARK(BM_UploadThroughService)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 BENCHMARK(BM_PlainSocketCopy)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
-// Keeps each benchmark's real time per iteration to print the ratios of the
-// pairs at the end.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration && run.iterations > 0 && !run.error_occurred) {
-                seconds_[run.run_name.function_name] =
-                    run.real_accumulated_time / static_cast<double>(run.iterations);
-            }
-        }
-        ConsoleReporter::ReportRuns(runs);
+void PrintPair(const RatioReporter& reporter, const char* what, const char* numerator,
+               const char* denominator) {
+    const double top = reporter.SecondsOf(numerator);
+    const double bottom = reporter.SecondsOf(denominator);
+    if (top > 0 && bottom > 0) {
+        std::printf("%s: %.2f\n", what, top / bottom);
     }
-    void PrintRatios() const {
-        PrintPair("one remote call, time ratio to the plain exchange (goal at most 1.5)",
-                  "BM_RemoteHostNameCall", "BM_PlainExchange");
-        PrintPair("the same call through VAgent, time ratio to the plain exchange",
-                  "BM_AgentGetHostName", "BM_PlainExchange");
-        PrintPair("64 clients, calls/s ratio to the minimal server (goal at least 0.8)",
-                  "BM_Concurrent64PlainExchanges", "BM_Concurrent64RemoteCalls");
-        PrintPair("upload, throughput ratio to the plain copy (goal at least 0.7)",
-                  "BM_PlainSocketCopy", "BM_UploadThroughService");
-    }
+}
 
-private:
-    void PrintPair(const char* what, const char* numerator, const char* denominator) const {
-        const auto top = seconds_.find(numerator);
-        const auto bottom = seconds_.find(denominator);
-        if (top != seconds_.end() && bottom != seconds_.end() && bottom->second > 0) {
-            std::printf("%s: %.2f\n", what, top->second / bottom->second);
-        }
-    }
-
-    std::map<std::string, double> seconds_;
-};
+void PrintRatios(const RatioReporter& reporter) {
+    PrintPair(reporter, "one remote call, time ratio to the plain exchange (goal at most 1.5)",
+              "BM_RemoteHostNameCall", "BM_PlainExchange");
+    PrintPair(reporter, "the same call through VAgent, time ratio to the plain exchange",
+              "BM_AgentGetHostName", "BM_PlainExchange");
+    PrintPair(reporter, "64 clients, calls/s ratio to the minimal server (goal at least 0.8)",
+              "BM_Concurrent64PlainExchanges", "BM_Concurrent64RemoteCalls");
+    PrintPair(reporter, "upload, throughput ratio to the plain copy (goal at least 0.7)",
+              "BM_PlainSocketCopy", "BM_UploadThroughService");
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    Sockets().Startup();
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
-    benchmark::Shutdown();
-    Sockets().Cleanup();
-    return 0;
+    return vagent::bench::RunBenchmarks(argc, argv, PrintRatios);
 }

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "AccountCommands.h"
 #include "CommandKit.h"
 #include "JsonRecords.h"
 
@@ -11,27 +12,6 @@ namespace vagentctl {
 namespace {
 
 using NamesChange = int (AgentDriver::*)(const Names&);
-using MembersChange = int (AgentDriver::*)(const std::string&, const Names&);
-
-struct GroupAndUsers {
-    std::string group;
-    Names users;
-};
-
-void AddShow(CLI::App& noun, CommandContext& context) {
-    CLI::App* command = AddCommand(noun, "show", "list the groups under a base");
-    auto base = std::make_shared<std::string>();
-    auto all = std::make_shared<bool>(false);
-    command->add_option("NAME", *base, "the base to list under (the directory's)");
-    command->add_flag("--all", *all, "the whole subtree under the base");
-    OnChosen(command, context, [base, all] {
-        return [base, all](AgentDriver& driver) {
-            std::vector<Account> groups;
-            const bool succeeded = driver.GetGroup(*base, *all ? 1 : 0, groups) == 1;
-            return CallOutcome(driver, succeeded, "GetGroup", ToJson(groups));
-        };
-    });
-}
 
 void AddMembers(CLI::App& noun, CommandContext& context) {
     CLI::App* command = AddCommand(noun, "members", "the members of a group");
@@ -67,36 +47,30 @@ void AddNamesChange(CLI::App& noun, CommandContext& context, const std::string& 
     });
 }
 
-void AddMembersChange(CLI::App& noun, CommandContext& context, const std::string& name,
-                      const std::string& description, MembersChange change,
-                      const std::string& operation) {
-    CLI::App* command = AddCommand(noun, name, description);
-    auto request = std::make_shared<GroupAndUsers>();
-    command->add_option("GROUP", request->group, "group name")->required();
-    command->add_option("USER", request->users, "account names")->required();
-    OnChosen(command, context, [request, change, operation] {
-        return [request, change, operation](AgentDriver& driver) {
-            const bool succeeded = (driver.*change)(request->group, request->users) == 1;
-            return CallOutcome(driver, succeeded, operation,
-                               {{"group", request->group}, {"users", request->users}});
-        };
-    });
+MembershipCommand GroupAndAccounts(const std::string& name, const std::string& description,
+                                   MembershipChange change, const std::string& operation) {
+    const MembershipArgument group{"GROUP", "group name", "group"};
+    const MembershipArgument accounts{"USER", "account names", "users"};
+    return {name, description, group, accounts, change, operation};
 }
 
 }  // namespace
 
 void AddGroupCommands(CLI::App& app, CommandContext& context) {
     CLI::App* noun = AddNoun(app, "group", "groups");
-    AddShow(*noun, context);
+    AddAccountListing(*noun, context, "list the groups under a base", &AgentDriver::GetGroup,
+                      "GetGroup");
     AddMembers(*noun, context);
     AddNamesChange(*noun, context, "add", "create groups", &AgentDriver::AddGroup, "AddGroup",
                    "added");
     AddNamesChange(*noun, context, "delete", "delete groups", &AgentDriver::RemoveGroup,
                    "RemoveGroup", "deleted");
-    AddMembersChange(*noun, context, "add-users", "add accounts to a group",
-                     &AgentDriver::AddGroupUsers, "AddGroupUsers");
-    AddMembersChange(*noun, context, "remove-users", "remove accounts from a group",
-                     &AgentDriver::RemoveGroupUsers, "RemoveGroupUsers");
+    AddMembershipChange(*noun, context,
+                        GroupAndAccounts("add-users", "add accounts to a group",
+                                         &AgentDriver::AddGroupUsers, "AddGroupUsers"));
+    AddMembershipChange(*noun, context,
+                        GroupAndAccounts("remove-users", "remove accounts from a group",
+                                         &AgentDriver::RemoveGroupUsers, "RemoveGroupUsers"));
 }
 
 }  // namespace vagentctl

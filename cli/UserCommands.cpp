@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "AccountCommands.h"
 #include "CommandKit.h"
 #include "JsonRecords.h"
 #include "SecretLines.h"
@@ -11,28 +12,6 @@
 
 namespace vagentctl {
 namespace {
-
-using GroupChange = int (AgentDriver::*)(const std::string&, const Names&);
-
-struct UserAndGroups {
-    std::string user;
-    Names groups;
-};
-
-void AddShow(CLI::App& noun, CommandContext& context) {
-    CLI::App* command = AddCommand(noun, "show", "list the accounts under a base");
-    auto base = std::make_shared<std::string>();
-    auto all = std::make_shared<bool>(false);
-    command->add_option("NAME", *base, "the base to list under (the directory's)");
-    command->add_flag("--all", *all, "the whole subtree under the base");
-    OnChosen(command, context, [base, all] {
-        return [base, all](AgentDriver& driver) {
-            std::vector<Account> users;
-            const bool succeeded = driver.GetUser(*base, *all ? 1 : 0, users) == 1;
-            return CallOutcome(driver, succeeded, "GetUser", ToJson(users));
-        };
-    });
-}
 
 // Two lists of equal length, one request: the facade pairs them by place.
 void AddAdd(CLI::App& noun, CommandContext& context) {
@@ -104,22 +83,6 @@ void AddGroupsOf(CLI::App& noun, CommandContext& context) {
     });
 }
 
-void AddGroupChange(CLI::App& noun, CommandContext& context, const std::string& name,
-                    const std::string& description, GroupChange change,
-                    const std::string& operation) {
-    CLI::App* command = AddCommand(noun, name, description);
-    auto request = std::make_shared<UserAndGroups>();
-    command->add_option("USER", request->user, "account name")->required();
-    command->add_option("GROUP", request->groups, "group names")->required();
-    OnChosen(command, context, [request, change, operation] {
-        return [request, change, operation](AgentDriver& driver) {
-            const bool succeeded = (driver.*change)(request->user, request->groups) == 1;
-            return CallOutcome(driver, succeeded, operation,
-                               {{"user", request->user}, {"groups", request->groups}});
-        };
-    });
-}
-
 void AddLoginName(CLI::App& noun, CommandContext& context) {
     CLI::App* command =
         AddCommand(noun, "login-name", "an account's logon name and principal name");
@@ -136,23 +99,38 @@ void AddLoginName(CLI::App& noun, CommandContext& context) {
     });
 }
 
+MembershipCommand AccountAndGroups(const std::string& name, const std::string& description,
+                                   MembershipChange change, const std::string& operation) {
+    const MembershipArgument account{"USER", "account name", "user"};
+    const MembershipArgument groups{"GROUP", "group names", "groups"};
+    return {name, description, account, groups, change, operation};
+}
+
 }  // namespace
 
 void AddUserCommands(CLI::App& app, CommandContext& context) {
     CLI::App* noun = AddNoun(app, "user", "accounts");
-    AddShow(*noun, context);
+    AddAccountListing(*noun, context, "list the accounts under a base", &AgentDriver::GetUser,
+                      "GetUser");
     AddAdd(*noun, context);
     AddDelete(*noun, context);
     AddPasswd(*noun, context);
     AddGroupsOf(*noun, context);
-    AddGroupChange(*noun, context, "add-groups", "add an account to groups",
-                   &AgentDriver::AddUserToGroups, "AddUserToGroups");
-    AddGroupChange(*noun, context, "remove-groups", "remove an account from groups",
-                   &AgentDriver::RemoveUserFromGroups, "RemoveUserFromGroups");
-    AddGroupChange(*noun, context, "builtin-add", "add an account to built-in groups",
-                   &AgentDriver::AddUserToBuiltinGroups, "AddUserToBuiltinGroups");
-    AddGroupChange(*noun, context, "builtin-remove", "remove an account from built-in groups",
-                   &AgentDriver::RemoveUserFromBuiltinGroups, "RemoveUserFromBuiltinGroups");
+    AddMembershipChange(*noun, context,
+                        AccountAndGroups("add-groups", "add an account to groups",
+                                         &AgentDriver::AddUserToGroups, "AddUserToGroups"));
+    AddMembershipChange(
+        *noun, context,
+        AccountAndGroups("remove-groups", "remove an account from groups",
+                         &AgentDriver::RemoveUserFromGroups, "RemoveUserFromGroups"));
+    AddMembershipChange(
+        *noun, context,
+        AccountAndGroups("builtin-add", "add an account to built-in groups",
+                         &AgentDriver::AddUserToBuiltinGroups, "AddUserToBuiltinGroups"));
+    AddMembershipChange(
+        *noun, context,
+        AccountAndGroups("builtin-remove", "remove an account from built-in groups",
+                         &AgentDriver::RemoveUserFromBuiltinGroups, "RemoveUserFromBuiltinGroups"));
     AddLoginName(*noun, context);
 }
 

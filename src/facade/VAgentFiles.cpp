@@ -4,6 +4,7 @@
 // service as tasks 28 to 31, 34, 35, 38, 39, 46 and 47, without one the file
 // family's operations run here.
 
+#include "facade/LocalTask.h"
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
 #include "files/IconExtraction.h"
@@ -29,11 +30,7 @@ enum FileTaskId : std::uint32_t {
     kChangeServiceUserPasswd = 47,
 };
 
-// The family's task as the local path uses it: id 0, the agent's work
-// environment.
-struct LocalFileTask : VFileTask {
-    explicit LocalFileTask(int workEnv) : VFileTask(0) { SetWorkEnv(workEnv, nullptr); }
-};
+using LocalFileTask = vagent::facade::LocalTask<VFileTask>;
 
 // The icons are extracted to the temporary directory, as the service does,
 // and then put where the caller asked for them.

@@ -3,6 +3,7 @@
 // The group operations: with a host they go to the agent service as tasks
 // 14 to 20 and 42, without one the group family's workers run here.
 
+#include "facade/LocalTask.h"
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
 #include "vagent/VGroupTask.h"
@@ -25,11 +26,7 @@ enum GroupTaskId : std::uint32_t {
     kGetGroupUsersInfo = 42,
 };
 
-// The family's task as the local path uses it: id 0, the agent's work
-// environment.
-struct LocalGroupTask : VGroupTask {
-    explicit LocalGroupTask(int workEnv) : VGroupTask(0) { SetWorkEnv(workEnv, nullptr); }
-};
+using LocalGroupTask = vagent::facade::LocalTask<VGroupTask>;
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 // run on the same connection, and the service's end frame decides the
 // outcome.
 
+#include "facade/LocalTask.h"
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
 #include "os/WindowMessages.h"
@@ -53,8 +54,7 @@ int VAgent::FilesCopy(std::string& source, std::string& target, int recursive, i
                       unsigned int connection, HTTP_FUN* callbacks) {
     return Shielded(0, &errorCode_, [&] {
         if (!IsRemote()) {
-            VFileTask task(0);
-            task.SetWorkEnv(workEnv_, nullptr);
+            vagent::facade::LocalTask<VFileTask> task(workEnv_);
             const int copied = task.CopyLocally(source, target, recursive);
             errorCode_ = task.GetErrorCode();
             return copied;
@@ -79,8 +79,7 @@ int VAgent::UploadFiles(std::string& source, std::string& destination, int remot
                         unsigned int connection, HWND window, HTTP_FUN* callbacks) {
     const int uploaded = Shielded(0, RemoteErrorCode(), [&] {
         if (!IsRemote()) {
-            VFileTask task(0);
-            task.SetWorkEnv(workEnv_, nullptr);
+            vagent::facade::LocalTask<VFileTask> task(workEnv_);
             return task.CopyLocally(source, destination, kWholeTree);
         }
         RemoteCall call(Target(), errorCode_);

@@ -3,6 +3,7 @@
 // The user operations: with a host they go to the agent service as tasks 1
 // to 10 and 37, without one the user family's workers run here.
 
+#include "facade/LocalTask.h"
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
 #include "vagent/VUserTask.h"
@@ -28,11 +29,7 @@ enum UserTaskId : std::uint32_t {
     kGetUserLoginName = 37,
 };
 
-// The family's task as the local path uses it: id 0, the agent's work
-// environment.
-struct LocalUserTask : VUserTask {
-    explicit LocalUserTask(int workEnv) : VUserTask(0) { SetWorkEnv(workEnv, nullptr); }
-};
+using LocalUserTask = vagent::facade::LocalTask<VUserTask>;
 
 }  // namespace
 

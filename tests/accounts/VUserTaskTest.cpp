@@ -12,6 +12,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using vagent::test::AccountsHost;
 using vagent::test::ClientAck;
+using vagent::test::FakeDirectory;
 using vagent::test::FakeLocalAccounts;
 using vagent::test::HeadBlock;
 using vagent::test::ListBlock;
@@ -329,10 +330,12 @@ TEST(VUserTask, Id37WithAnEmptyPayloadAnswersZeroAndRunsNothing) {
 
 TEST(VUserTask, Id37UnknownUserAnswersZeroWithTheLastError) {
     AccountsHost host;
+    host.directory.lastError = 87;
     VUserTask task(37);
     const TaskAnswer answer = RunTask(task, ListBlock({"ghost"}), kLocal);
     EXPECT_EQ(answer.Ack(), 0);
-    EXPECT_EQ(task.GetErrorCode(), 8240u);
+    // The status a failed bind leaves in the thread's last error.
+    EXPECT_EQ(task.GetErrorCode(), FakeDirectory::kHostNotFound);
     EXPECT_TRUE(host.com.Balanced());
 }
 

@@ -11,10 +11,8 @@
 namespace vagent::test {
 namespace {
 
-constexpr std::uint32_t kNoSuchObjectError = 8240;
 constexpr std::uint32_t kMemberInAlias = 1378;
 constexpr std::uint32_t kMemberNotInAlias = 1377;
-constexpr std::uint32_t kObjectExistsError = 5010;
 constexpr std::uint32_t kMoreData = 234;
 constexpr std::int32_t kMemberInAliasResult = static_cast<std::int32_t>(0x80070562u);
 constexpr std::int32_t kMemberNotInAliasResult = static_cast<std::int32_t>(0x80070561u);
@@ -70,7 +68,7 @@ public:
         }
         FakeDirectory::Entry* entry = Target();
         if (entry == nullptr) {
-            return directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         entry->attributes[Lower(name)] = value;
         return os::kDirectoryOk;
@@ -82,7 +80,7 @@ public:
         }
         FakeDirectory::Entry* entry = Target();
         if (entry == nullptr) {
-            return directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         const auto found = entry->attributes.find(Lower(name));
         if (found == entry->attributes.end()) {
@@ -98,13 +96,12 @@ public:
             return result;
         }
         if (!pendingNumber_) {
-            return entry != nullptr
-                       ? os::kDirectoryOk
-                       : directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return entry != nullptr ? os::kDirectoryOk
+                                    : directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         const auto created = directory_.pending.find(*pendingNumber_);
         if (directory_.entries.count(key_) != 0) {
-            return directory_.Fail(os::kDirectoryObjectExists, kObjectExistsError, 0);
+            return directory_.Fail(os::kDirectoryObjectExists, 0);
         }
         directory_.entries[key_] = created->second;
         directory_.pending.erase(created);
@@ -114,7 +111,7 @@ public:
     std::int32_t GetADsPath(std::wstring& path) override {
         FakeDirectory::Entry* entry = Target();
         if (entry == nullptr) {
-            return directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         path = L"LDAP://" + entry->dn;
         return os::kDirectoryOk;
@@ -122,7 +119,7 @@ public:
     std::int32_t GetName(std::wstring& name) override {
         FakeDirectory::Entry* entry = Target();
         if (entry == nullptr) {
-            return directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         name = FirstRelativeName(entry->dn);
         return os::kDirectoryOk;
@@ -254,7 +251,7 @@ public:
         const std::wstring key = FakeDirectory::Key(relativeName) + L"," + key_;
         const auto found = directory_.entries.find(key);
         if (found == directory_.entries.end() || found->second.objectClass != Lower(objectClass)) {
-            return directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         directory_.entries.erase(found);
         for (auto& entry : directory_.entries) {
@@ -363,11 +360,11 @@ public:
         }
         const std::wstring member = FakeDirectory::Key(memberPath);
         if (directory_.entries.count(member) == 0) {
-            return directory_.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+            return directory_.Fail(os::kDirectoryNoSuchObject, 0);
         }
         std::vector<std::wstring>& members = directory_.entries[key_].members;
         if (std::find(members.begin(), members.end(), member) != members.end()) {
-            return directory_.Fail(kMemberInAliasResult, kMemberInAlias, kMemberInAlias);
+            return directory_.Fail(kMemberInAliasResult, kMemberInAlias);
         }
         members.push_back(member);
         return os::kDirectoryOk;
@@ -381,7 +378,7 @@ public:
         const auto found =
             std::find(members.begin(), members.end(), FakeDirectory::Key(memberPath));
         if (found == members.end()) {
-            return directory_.Fail(kMemberNotInAliasResult, kMemberNotInAlias, kMemberNotInAlias);
+            return directory_.Fail(kMemberNotInAliasResult, kMemberNotInAlias);
         }
         members.erase(found);
         return os::kDirectoryOk;
@@ -582,13 +579,17 @@ bool FakeDirectory::Faulted(const std::string& line, std::int32_t& result) {
     if (fault == failures.end()) {
         return false;
     }
-    result = Fail(fault->second.result, fault->second.lastError, fault->second.extendedError);
+    result = Fail(fault->second.result, fault->second.extendedError);
     return true;
 }
 
-std::int32_t FakeDirectory::Fail(std::int32_t result, std::uint32_t error, std::uint32_t extended) {
-    lastError = error;
+std::int32_t FakeDirectory::Fail(std::int32_t result, std::uint32_t extended) {
     extendedError = extended;
+    return result;
+}
+
+std::int32_t FakeDirectory::FailBind(std::int32_t result) {
+    lastError = failedBindLastError;
     return result;
 }
 
@@ -608,14 +609,14 @@ std::int32_t BindEntry(FakeDirectory& directory, const char* operation, const st
     directory.boundPaths.push_back(path);
     std::int32_t result = 0;
     if (directory.Faulted(std::string(operation) + " " + Ascii(path), result)) {
-        return result;
+        return os::DirectorySucceeded(result) ? result : directory.FailBind(result);
     }
     const FakeDirectory::Entry* entry = directory.Find(path);
     if (entry == nullptr) {
-        return directory.Fail(os::kDirectoryNoSuchObject, kNoSuchObjectError, 0);
+        return directory.FailBind(os::kDirectoryNoSuchObject);
     }
     if (!offers(entry->objectClass)) {
-        return directory.Fail(os::kDirectoryNoInterface, 0, 0);
+        return directory.FailBind(os::kDirectoryNoInterface);
     }
     out = std::make_unique<Made>(directory, FakeDirectory::Key(path));
     return os::kDirectoryOk;

@@ -20,6 +20,9 @@ namespace vagent::test {
 // Objects handed out are counted while they live.
 class FakeDirectory final : public os::Directory {
 public:
+    // The socket library's status for a server name that does not resolve.
+    static constexpr std::uint32_t kHostNotFound = 11001;
+
     struct Entry {
         std::wstring dn;
         std::wstring objectClass;
@@ -31,10 +34,9 @@ public:
         std::vector<std::wstring> members;
     };
     // What a recorded line answers instead: its result, and what the
-    // thread's last error and the extended error read afterwards.
+    // extended error reads afterwards.
     struct Fault {
         std::int32_t result = os::kDirectoryFailed;
-        std::uint32_t lastError = 0;
         std::uint32_t extendedError = 0;
     };
 
@@ -70,13 +72,15 @@ public:
 
     // A call that reports success but hands out no object, as a provider
     // may; recorded like any fault.
-    static Fault NoObject() { return Fault{os::kDirectoryOk, 0, 0}; }
+    static Fault NoObject() { return Fault{os::kDirectoryOk, 0}; }
 
     void FailOn(const std::string& line, Fault fault) { failures[line] = fault; }
     // Answers the fault recorded for the line, if any; records the line.
     bool Faulted(const std::string& line, std::int32_t& result);
-    // Records a failure of the directory itself.
-    std::int32_t Fail(std::int32_t result, std::uint32_t error, std::uint32_t extended);
+    // Records a failure of the directory itself: its extended error.
+    std::int32_t Fail(std::int32_t result, std::uint32_t extended);
+    // Records a failed bind: the thread's last error as the system leaves it.
+    std::int32_t FailBind(std::int32_t result);
 
     std::map<std::wstring, Entry> entries;
     // Objects created but not yet committed, by a number of their own.
@@ -90,7 +94,12 @@ public:
     std::vector<std::wstring> boundPaths;
     // Rows per search page; 0 for one page.
     std::size_t rowsPerPage = 0;
+    // The thread's last error. Only a failed bind changes it: the system's
+    // bind leaves the status of its own failed step there, a socket status
+    // and never a code made from its result; the fake leaves the name
+    // lookup's. Every other call leaves it as the caller left it.
     std::uint32_t lastError = 0;
+    std::uint32_t failedBindLastError = kHostNotFound;
     std::uint32_t extendedError = 0;
     // Directory objects handed out and not yet released.
     int live = 0;

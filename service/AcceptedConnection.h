@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 #include "os/Sockets.h"
@@ -12,6 +13,9 @@ struct AcceptedConnection {
     os::SocketHandle socket = os::kInvalidSocket;
     std::string peer;  // "address:port", for the log
     std::chrono::steady_clock::time_point acceptedAt;
+    // The request bytes read from it and still held against the service's
+    // budget; whoever ends the request gives them back.
+    std::uint64_t heldBytes = 0;
 };
 
 }  // namespace vagent::service

@@ -16,6 +16,8 @@ constexpr unsigned kMaxWorkers = 1024;
 constexpr unsigned kMaxConnectionsLimit = 1000000;
 constexpr std::uint32_t kMinBlockLimit = 4;
 constexpr std::uint32_t kMaxBlockLimit = 1u << 30;
+constexpr std::uint64_t kMinHeldLimit = 4096;
+constexpr std::uint64_t kMaxHeldLimit = std::uint64_t{1} << 40;
 constexpr int kMaxPort = 65535;
 
 // "ADDR:PORT": a dotted IPv4 address and a decimal port.
@@ -60,6 +62,7 @@ struct ServingValues {
     unsigned workers = ServerOptions{}.workers;
     unsigned maxConnections = ServerOptions{}.maxConnections;
     std::uint32_t maxBlock = ServerOptions{}.maxBlock;
+    std::uint64_t maxHeldBytes = ServerOptions{}.maxHeldBytes;
 };
 
 void AddServingOptions(CLI::App& command, ServingValues& values) {
@@ -81,6 +84,13 @@ void AddServingOptions(CLI::App& command, ServingValues& values) {
         ->type_name("BYTES")
         ->check(CLI::Range(kMinBlockLimit, kMaxBlockLimit))
         ->capture_default_str();
+    command
+        .add_option("--max-held-bytes", values.maxHeldBytes,
+                    "request bytes held in memory at once, across connections (never less "
+                    "than one largest request)")
+        ->type_name("BYTES")
+        ->check(CLI::Range(kMinHeldLimit, kMaxHeldLimit))
+        ->capture_default_str();
 }
 
 ServerOptions OptionsOf(const ServingValues& values) {
@@ -94,6 +104,7 @@ ServerOptions OptionsOf(const ServingValues& values) {
     options.workers = values.workers;
     options.maxConnections = values.maxConnections;
     options.maxBlock = values.maxBlock;
+    options.maxHeldBytes = values.maxHeldBytes;
     return options;
 }
 

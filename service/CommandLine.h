@@ -30,6 +30,7 @@ struct Command {
 // The program's arguments, without its own name:
 //   run|install|service [--listen ADDR:PORT] [--allow CIDR]... [--workers N]
 //                       [--max-connections N] [--max-block BYTES]
+//                       [--max-held-bytes BYTES]
 //   uninstall | --help | --version
 Command ParseCommandLine(const std::vector<std::string>& arguments);
 

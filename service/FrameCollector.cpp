@@ -49,10 +49,12 @@ std::string RefusalReason(const RequestFrameReader& reader) {
 }  // namespace
 
 FrameCollector::FrameCollector(os::SocketHandle listener, CollectorSettings settings,
-                               std::atomic<unsigned>& openConnections, Dispatch dispatch)
+                               std::atomic<unsigned>& openConnections, HeldBytes& held,
+                               Dispatch dispatch)
     : listener_(listener),
       settings_(std::move(settings)),
       openConnections_(openConnections),
+      held_(held),
       dispatch_(std::move(dispatch)),
       scratch_(kScratchSize) {}
 
@@ -63,7 +65,9 @@ void FrameCollector::Run(const std::atomic<bool>& stopping) {
         RemoveFinished();
     }
     for (Pending& pending : pending_) {
-        Close(pending.connection.socket);
+        if (!pending.finished) {
+            Close(pending);
+        }
     }
     pending_.clear();
 }
@@ -158,6 +162,12 @@ bool FrameCollector::ReadOnce(Pending& pending) {
         case platform::ReadResult::Data:
             break;
     }
+    if (!held_.TryTake(received)) {
+        Drop(pending,
+             "requests held over the budget of " + std::to_string(held_.Budget()) + " bytes");
+        return false;
+    }
+    pending.connection.heldBytes += received;
     std::size_t consumed = 0;
     pending.reader.Feed(scratch_.data(), received, consumed);
     EndFrame(pending);
@@ -192,12 +202,14 @@ void FrameCollector::DropExpired() {
 void FrameCollector::Drop(Pending& pending, const std::string& reason) {
     DllLogPrintf("vagentd : dropped connection from %s : %s", pending.connection.peer.c_str(),
                  reason.c_str());
-    Close(pending.connection.socket);
+    Close(pending);
     pending.finished = true;
 }
 
-void FrameCollector::Close(os::SocketHandle socket) {
-    os::Installed<os::Sockets>().Close(socket);
+void FrameCollector::Close(Pending& pending) {
+    os::Installed<os::Sockets>().Close(pending.connection.socket);
+    held_.Give(pending.connection.heldBytes);
+    pending.connection.heldBytes = 0;
     --openConnections_;
 }
 

@@ -10,6 +10,7 @@
 #include "AcceptedConnection.h"
 #include "AllowList.h"
 #include "FrameLimits.h"
+#include "HeldBytes.h"
 #include "RequestFrame.h"
 #include "RequestFrameReader.h"
 #include "os/Sockets.h"
@@ -39,9 +40,10 @@ public:
 
     // openConnections counts the connections taken on and not yet closed,
     // here and after dispatch; whoever closes a dispatched connection counts
-    // it down.
+    // it down. Every byte read is taken from held; a dispatched connection
+    // carries its count, for whoever ends its request to give back.
     FrameCollector(os::SocketHandle listener, CollectorSettings settings,
-                   std::atomic<unsigned>& openConnections, Dispatch dispatch);
+                   std::atomic<unsigned>& openConnections, HeldBytes& held, Dispatch dispatch);
     FrameCollector(const FrameCollector&) = delete;
     FrameCollector& operator=(const FrameCollector&) = delete;
 
@@ -64,12 +66,13 @@ private:
     void EndFrame(Pending& pending);
     void DropExpired();
     void Drop(Pending& pending, const std::string& reason);
-    void Close(os::SocketHandle socket);
+    void Close(Pending& pending);
     void RemoveFinished();
 
     os::SocketHandle listener_;
     CollectorSettings settings_;
     std::atomic<unsigned>& openConnections_;
+    HeldBytes& held_;
     Dispatch dispatch_;
     std::vector<Pending> pending_;
     std::vector<std::uint8_t> scratch_;

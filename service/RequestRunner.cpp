@@ -4,6 +4,7 @@
 #include <new>
 
 #include "Reply.h"
+#include "task/TaskIds.h"
 #include "vagent/DllLog.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/LdapRootSite.h"
@@ -14,15 +15,6 @@
 
 namespace vagent::service {
 namespace {
-
-// The user tasks (1 to 13) and the group tasks (14 to 23) run one after
-// another.
-constexpr std::uint32_t kLastGroupTask = 23;
-constexpr std::uint32_t kUserLdapTask = 37;
-constexpr std::uint32_t kLdapObjectTest = 39;
-constexpr std::uint32_t kGroupLdapTask = 42;
-constexpr std::uint32_t kFilesCopy = 44;
-constexpr std::uint32_t kUploadFiles = 45;
 
 struct DoTaskResult {
     int truth = 0;
@@ -49,12 +41,15 @@ DoTaskResult DoTaskSafely(VTask& task, bool& outOfMemory) {
 }  // namespace
 
 bool RequestRunner::ReadsRootSite(std::uint32_t taskId) {
-    return (taskId >= 1 && taskId <= kLastGroupTask) || taskId == kUserLdapTask ||
-           taskId == kGroupLdapTask || taskId == kLdapObjectTest;
+    // The user tasks (1 to 13) and the group tasks (14 to 23) come in one
+    // range.
+    return (taskId >= task::kGetUser && taskId <= task::kShowGroupPrivilege) ||
+           taskId == task::kGetUserLoginName || taskId == task::kGetGroupUsersInfo ||
+           taskId == task::kIsLdapObjectExist;
 }
 
 bool RequestRunner::Streams(std::uint32_t taskId) {
-    return taskId == kFilesCopy || taskId == kUploadFiles;
+    return taskId == task::kFilesCopy || taskId == task::kUploadFiles;
 }
 
 std::vector<std::uint8_t> RequestRunner::Run(RequestFrame& frame, os::SocketHandle connection,

@@ -1,10 +1,12 @@
 #include "Server.h"
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <utility>
 
 #include "FrameCollector.h"
+#include "HeldBytes.h"
 #include "Ipv4Text.h"
 #include "RequestRunner.h"
 #include "Version.h"
@@ -23,6 +25,8 @@ constexpr std::uint32_t kReceiveLimitMilliseconds = 5000;
 // How long a worker waits for a client to take its answer before giving up
 // on it, so that a client that never reads cannot hold a worker forever.
 constexpr std::uint32_t kSendLimitMilliseconds = 30000;
+// A frame's header and block-length fields, besides its root site and block.
+constexpr std::uint64_t kFrameFieldBytes = 16;
 
 os::Sockets& Net() {
     return os::Installed<os::Sockets>();
@@ -62,6 +66,7 @@ struct Server::State {
     bool socketsStarted = false;
     std::atomic<bool> stopping{false};
     std::atomic<unsigned> openConnections{0};
+    std::unique_ptr<HeldBytes> held;
     RequestRunner runner;
     std::unique_ptr<WorkerPool> workers;
     std::unique_ptr<FrameCollector> collector;
@@ -77,6 +82,9 @@ std::uint32_t Server::State::CheckOptions() {
     }
     settings.limits.maxBlock = options.maxBlock;
     settings.maxConnections = options.maxConnections;
+    const std::uint64_t largestFrame =
+        std::uint64_t{settings.limits.maxRootSite} + settings.limits.maxBlock + kFrameFieldBytes;
+    held = std::make_unique<HeldBytes>(std::max(options.maxHeldBytes, largestFrame));
     return 0;
 }
 
@@ -108,7 +116,7 @@ std::uint32_t Server::State::OpenListener() {
 void Server::State::StartServing() {
     workers = std::make_unique<WorkerPool>(options.workers);
     collector = std::make_unique<FrameCollector>(
-        listener, settings, openConnections,
+        listener, settings, openConnections, *held,
         [this](AcceptedConnection connection, RequestFrame frame) {
             auto job = std::make_shared<std::pair<AcceptedConnection, RequestFrame>>(
                 std::move(connection), std::move(frame));
@@ -131,6 +139,7 @@ void Server::State::Serve(AcceptedConnection connection, RequestFrame frame) {
     }
     Net().Shutdown(socket);
     Net().Close(socket);
+    held->Give(connection.heldBytes);
     --openConnections;
 }
 

@@ -15,6 +15,9 @@ struct ServerOptions {
     unsigned workers = 16;                             // tasks run at once
     unsigned maxConnections = 512;                     // open connections at once
     std::uint32_t maxBlock = 64u << 20;                // largest request block accepted
+    // Request bytes held in memory at once across connections; never less
+    // than one frame of the largest root site and block.
+    std::uint64_t maxHeldBytes = 256u << 20;
 };
 
 // The agent service: accepts connections from allowed addresses, reads one

@@ -3,26 +3,15 @@
 #include <cstdlib>
 #include <new>
 
+#include "task/TaskIds.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/VPrivilege.h"
 
-namespace {
+using namespace vagent::task;
 
-enum GroupTaskId : std::uint32_t {
-    kGetGroup = 14,
-    kAddGroup = 15,
-    kRemoveGroup = 16,
-    kRenameGroup = 17,
-    kAddGroupUsers = 18,
-    kRemoveGroupUsers = 19,
-    kShowGroupUsers = 20,
-    kAddGroupPrivilege = 21,
-    kRemoveGroupPrivilege = 22,
-    kShowGroupPrivilege = 23,
-    kGetGroupUsersInfo = 42,
-};
+namespace {
 
 bool IsGroupTaskId(std::uint32_t id) {
     return (id >= kGetGroup && id <= kShowGroupPrivilege) || id == kGetGroupUsersInfo;

@@ -3,29 +3,15 @@
 #include <cstdlib>
 #include <new>
 
+#include "task/TaskIds.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/VPrivilege.h"
 
-namespace {
+using namespace vagent::task;
 
-enum UserTaskId : std::uint32_t {
-    kGetUser = 1,
-    kAddUser = 2,
-    kDeleteUser = 3,
-    kRenameUser = 4,
-    kChangePasswd = 5,
-    kGetUserGroup = 6,
-    kAddUserToGroups = 7,
-    kAddUserToBuiltinGroups = 8,
-    kRemoveUserFromBuiltinGroups = 9,
-    kRemoveUserFromGroups = 10,
-    kAddUserPrivilege = 11,
-    kRemoveUserPrivilege = 12,
-    kShowUserPrivilege = 13,
-    kGetUserLoginName = 37,
-};
+namespace {
 
 bool IsUserTaskId(std::uint32_t id) {
     return (id >= kGetUser && id <= kShowUserPrivilege) || id == kGetUserLoginName;

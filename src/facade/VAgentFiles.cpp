@@ -8,7 +8,10 @@
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
 #include "files/IconExtraction.h"
+#include "task/TaskIds.h"
 #include "vagent/VFileTask.h"
+
+using namespace vagent::task;
 
 using vagent::facade::CallerConnection;
 using vagent::facade::CodeZeroCall;
@@ -16,19 +19,6 @@ using vagent::facade::RequestBlock;
 using vagent::facade::Shielded;
 
 namespace {
-
-enum FileTaskId : std::uint32_t {
-    kDirList = 28,
-    kIsFileExist = 29,
-    kCreateIcons = 30,
-    kGetImageDirectory = 31,
-    kGetHostName = 34,
-    kGetHostVersion = 35,
-    kIsProcess32 = 38,
-    kIsLDAPObjectExist = 39,
-    kGetServiceUserName = 46,
-    kChangeServiceUserPasswd = 47,
-};
 
 using LocalFileTask = vagent::facade::LocalTask<VFileTask>;
 
@@ -135,7 +125,7 @@ int VAgent::IsLDAPObjectExist(const std::string& path, int flag) {
             return LocalFileTask(workEnv_).IsLDAPObjectExist(path, flag);
         }
         int exists = 0;
-        return CodeZeroCall(Target(), errorCode_, kIsLDAPObjectExist,
+        return CodeZeroCall(Target(), errorCode_, kIsLdapObjectExist,
                             RequestBlock::List({path, vagent::facade::FlagText(flag)}), &exists);
     });
 }

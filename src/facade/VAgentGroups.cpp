@@ -6,7 +6,10 @@
 #include "facade/LocalTask.h"
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
+#include "task/TaskIds.h"
 #include "vagent/VGroupTask.h"
+
+using namespace vagent::task;
 
 using vagent::facade::AcknowledgedCall;
 using vagent::facade::CodeZeroCall;
@@ -15,16 +18,6 @@ using vagent::facade::RequestBlock;
 using vagent::facade::Shielded;
 
 namespace {
-
-enum GroupTaskId : std::uint32_t {
-    kGetGroup = 14,
-    kAddGroup = 15,
-    kRemoveGroup = 16,
-    kAddGroupUsers = 18,
-    kRemoveGroupUsers = 19,
-    kShowGroupUsers = 20,
-    kGetGroupUsersInfo = 42,
-};
 
 using LocalGroupTask = vagent::facade::LocalTask<VGroupTask>;
 

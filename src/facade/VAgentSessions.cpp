@@ -12,6 +12,9 @@
 #include "sessions/SessionOperations.h"
 #include "sessions/SingleSignOn.h"
 #include "sessions/SystemSettings.h"
+#include "task/TaskIds.h"
+
+using namespace vagent::task;
 
 using vagent::facade::AcknowledgedCall;
 using vagent::facade::CodeZeroCall;
@@ -23,19 +26,6 @@ using vagent::facade::RequestBlock;
 using vagent::facade::Shielded;
 
 namespace {
-
-enum SessionTaskId : std::uint32_t {
-    kGetSessionCounts = 24,
-    kGetSessionCountsAll = 25,
-    kGetSessionInfo = 26,
-    kGetPrinterInfo = 27,
-    kGetSysSetting = 32,
-    kSetSysSetting = 33,
-    kSessionLogoff = 36,
-    kEnableSSO = 40,
-    kEnableZ9SSO = 41,
-    kBroadcastMessage = 43,
-};
 
 // A count from the service: 0 when the request could not be sent, -1 when
 // the service reported a failure, else the count it sent.

@@ -11,6 +11,7 @@
 #include "facade/Shield.h"
 #include "os/WindowMessages.h"
 #include "support/TextCompare.h"
+#include "task/TaskIds.h"
 #include "vagent/VFileTask.h"
 
 using vagent::facade::CallerConnection;
@@ -22,8 +23,6 @@ using vagent::facade::Shielded;
 
 namespace {
 
-constexpr std::uint32_t kFilesCopy = 44;
-constexpr std::uint32_t kUploadFiles = 45;
 // The window hears of an upload as the service tells its own window.
 constexpr std::uint32_t kCommandMessage = 273;
 constexpr std::uintptr_t kUploadDoneCommand = 0x800F;
@@ -65,7 +64,8 @@ int VAgent::FilesCopy(std::string& source, std::string& target, int recursive, i
         const RequestBlock request =
             RequestBlock::List({relay, DecimalText(filesCopyNumber_), source, target,
                                 FlagText(recursive), FlagText(local)});
-        if (!call.Send(kFilesCopy, request, CallerConnection(connection, callbacks))) {
+        if (!call.Send(vagent::task::kFilesCopy, request,
+                       CallerConnection(connection, callbacks))) {
             return 0;
         }
         VFileTask task(0);
@@ -83,7 +83,7 @@ int VAgent::UploadFiles(std::string& source, std::string& destination, int remot
             return task.CopyLocally(source, destination, kWholeTree);
         }
         RemoteCall call(Target(), errorCode_);
-        if (!call.Send(kUploadFiles, RequestBlock::List({DecimalText(remoteWindow)}),
+        if (!call.Send(vagent::task::kUploadFiles, RequestBlock::List({DecimalText(remoteWindow)}),
                        CallerConnection(connection, callbacks))) {
             return 0;
         }

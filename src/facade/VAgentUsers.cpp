@@ -6,7 +6,10 @@
 #include "facade/LocalTask.h"
 #include "facade/RemoteCall.h"
 #include "facade/Shield.h"
+#include "task/TaskIds.h"
 #include "vagent/VUserTask.h"
+
+using namespace vagent::task;
 
 using vagent::facade::AcknowledgedCall;
 using vagent::facade::CodeZeroCall;
@@ -15,19 +18,6 @@ using vagent::facade::RequestBlock;
 using vagent::facade::Shielded;
 
 namespace {
-
-enum UserTaskId : std::uint32_t {
-    kGetUser = 1,
-    kAddUser = 2,
-    kDeleteUser = 3,
-    kChangePasswd = 5,
-    kGetUserGroup = 6,
-    kAddUserToGroups = 7,
-    kAddUserToBuiltinGroups = 8,
-    kRemoveUserFromBuiltinGroups = 9,
-    kRemoveUserFromGroups = 10,
-    kGetUserLoginName = 37,
-};
 
 using LocalUserTask = vagent::facade::LocalTask<VUserTask>;
 

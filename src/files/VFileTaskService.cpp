@@ -11,30 +11,18 @@
 #include "files/RelayConnection.h"
 #include "files/TransferChannel.h"
 #include "os/WindowMessages.h"
+#include "task/TaskIds.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/VFileTask.h"
 
+using namespace vagent::task;
+
 // The service side of the file family: each id's request decoded, its work
 // done and its result block made.
 
 namespace {
-
-enum FileTaskId : std::uint32_t {
-    kDirList = 28,
-    kIsFileExist = 29,
-    kCreateIcons = 30,
-    kGetImageDirectory = 31,
-    kGetHostName = 34,
-    kGetHostVersion = 35,
-    kIsProcess32 = 38,
-    kIsLdapObjectExist = 39,
-    kFilesCopy = 44,
-    kUploadFiles = 45,
-    kGetServiceUserName = 46,
-    kChangeServiceUserPasswd = 47,
-};
 
 constexpr std::uint32_t kFirstFamilyId = 28;
 constexpr std::uint32_t kLastFamilyId = 47;

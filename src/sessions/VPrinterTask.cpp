@@ -5,19 +5,14 @@
 
 #include "sessions/PrinterCodecs.h"
 #include "sessions/PrinterEnumeration.h"
+#include "task/TaskIds.h"
 #include "vagent/ErrorCodes.h"
-
-namespace {
-
-constexpr std::uint32_t kGetPrinterInfo = 27;
-
-}  // namespace
 
 int VPrinterTask::DoTask(std::uint8_t** resultData, std::uint32_t* resultLength) {
     if (!PrepareResultOutputs(resultData, resultLength, "DoTask : Parameter Error")) {
         return 0;
     }
-    if (taskId_ != kGetPrinterInfo) {
+    if (taskId_ != vagent::task::kGetPrinterInfo) {
         return 0;
     }
     try {
@@ -37,7 +32,7 @@ int VPrinterTask::Result2Struct(const std::uint8_t* payload, std::uint32_t lengt
     if (!CheckResultArguments(payload, length, output)) {
         return 0;
     }
-    if (taskId_ != kGetPrinterInfo) {
+    if (taskId_ != vagent::task::kGetPrinterInfo) {
         return 0;
     }
     try {

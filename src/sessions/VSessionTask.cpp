@@ -10,24 +10,15 @@
 #include "sessions/SessionOperations.h"
 #include "sessions/SingleSignOn.h"
 #include "sessions/SystemSettings.h"
+#include "task/TaskIds.h"
 #include "vagent/ErrorCodes.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/ResultEncoders.h"
 #include "vagent/SessionRecords.h"
 
-namespace {
+using namespace vagent::task;
 
-enum SessionTaskId : std::uint32_t {
-    kGetSessionCounts = 24,
-    kGetSessionCountsAll = 25,
-    kGetSessionInfo = 26,
-    kGetSysSetting = 32,
-    kSetSysSetting = 33,
-    kSessionLogoff = 36,
-    kEnableSSO = 40,
-    kEnableZ9SSO = 41,
-    kBroadcastMessage = 43,
-};
+namespace {
 
 // The number of request items each id needs.
 std::size_t RequiredItems(std::uint32_t taskId) {

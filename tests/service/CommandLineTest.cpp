@@ -28,6 +28,7 @@ TEST(CommandLine, RunTakesTheDefaults) {
     EXPECT_EQ(command.options.workers, 16u);
     EXPECT_EQ(command.options.maxConnections, 512u);
     EXPECT_EQ(command.options.maxBlock, 64u << 20);
+    EXPECT_EQ(command.options.maxHeldBytes, 256u << 20);
     EXPECT_TRUE(command.serverArguments.empty());
 }
 
@@ -45,12 +46,13 @@ TEST(CommandLine, AllowRepeatsAndReplacesTheDefault) {
 }
 
 TEST(CommandLine, TakesEachLimit) {
-    const Command command =
-        Parse({"run", "--workers", "3", "--max-connections", "2000", "--max-block", "1048576"});
+    const Command command = Parse({"run", "--workers", "3", "--max-connections", "2000",
+                                   "--max-block", "1048576", "--max-held-bytes", "8589934592"});
     ASSERT_EQ(command.action, Action::Run) << command.text;
     EXPECT_EQ(command.options.workers, 3u);
     EXPECT_EQ(command.options.maxConnections, 2000u);
     EXPECT_EQ(command.options.maxBlock, 1048576u);
+    EXPECT_EQ(command.options.maxHeldBytes, 8589934592u);
 }
 
 TEST(CommandLine, InstallKeepsItsOptionsForTheRegisteredCommand) {
@@ -101,6 +103,8 @@ TEST(CommandLine, BadLimitsAreUsageErrors) {
     ExpectUsageError({"run", "--max-connections", "-5"});
     ExpectUsageError({"run", "--max-block", "3"});
     ExpectUsageError({"run", "--max-block", "4294967296"});
+    ExpectUsageError({"run", "--max-held-bytes", "4095"});
+    ExpectUsageError({"run", "--max-held-bytes", "-1"});
 }
 
 TEST(CommandLine, MissingOrUnknownCommandsAreUsageErrors) {

@@ -26,7 +26,9 @@ os::Sockets& Net() {
 // dispatches is kept for the test.
 class RunningCollector {
 public:
-    explicit RunningCollector(CollectorSettings settings) {
+    explicit RunningCollector(CollectorSettings settings,
+                              std::uint64_t heldBudget = std::uint64_t{1} << 30)
+        : held_(heldBudget) {
         Net().Startup();
         Net().OpenStream(listener_);
         Net().Bind(listener_, "127.0.0.1", 0);
@@ -36,7 +38,7 @@ public:
         std::string error;
         settings.allow.Parse({"127.0.0.0/8"}, error);
         collector_ = std::make_unique<FrameCollector>(
-            listener_, std::move(settings), open_,
+            listener_, std::move(settings), open_, held_,
             [this](AcceptedConnection connection, RequestFrame frame) {
                 const std::lock_guard<std::mutex> lock(mutex_);
                 dispatched_.push_back({std::move(connection), std::move(frame)});
@@ -57,6 +59,7 @@ public:
 
     std::uint16_t Port() const { return port_; }
     unsigned Open() const { return open_.load(); }
+    std::uint64_t Held() const { return held_.Held(); }
     // Waits up to two seconds for the count-th dispatch.
     bool WaitForDispatch(std::size_t count) {
         for (int i = 0; i < 200; ++i) {
@@ -79,6 +82,7 @@ private:
     os::SocketHandle listener_ = os::kInvalidSocket;
     std::uint16_t port_ = 0;
     std::atomic<unsigned> open_{0};
+    HeldBytes held_;
     std::atomic<bool> stopping_{false};
     std::unique_ptr<FrameCollector> collector_;
     std::mutex mutex_;
@@ -172,6 +176,72 @@ TEST(FrameCollector, EachRefusedFrameNamesItsReason) {
         const std::string last = capture.Texts().empty() ? "" : capture.Texts().back();
         EXPECT_NE(last.find(" : " + reason), std::string::npos) << last;
     }
+}
+
+// Frame bytes: the 12-byte header, no root site, the 4-byte block length, then
+// the first part of a block of blockLength bytes whose own prefix is right.
+Bytes PartOfABlock(std::uint32_t blockLength, std::size_t blockBytesSent) {
+    Bytes block = vagent::test::BigEndianBytes(blockLength - 4);
+    block.resize(blockLength, 'a');
+    Bytes bytes = RequestFrameBytes(29, 0, "", block);
+    bytes.resize(16 + blockBytesSent);
+    return bytes;
+}
+
+TEST(FrameCollector, CountsEveryByteItHoldsAndHandsTheCountOnWithTheConnection) {
+    RunningCollector collector{CollectorSettings{}};
+    TestClient client;
+    ASSERT_TRUE(client.Connect(collector.Port()));
+    const Bytes frame = RequestFrameBytes(24, 7, "CN=Users", {0, 0, 0, 1, 9});
+    ASSERT_TRUE(client.Send(frame));
+    ASSERT_TRUE(collector.WaitForDispatch(1));
+    EXPECT_EQ(collector.Dispatched(0).first.heldBytes, frame.size());
+    EXPECT_EQ(collector.Held(), frame.size());
+}
+
+TEST(FrameCollector, ConnectionWhoseBytesWouldGoOverTheBudgetIsDroppedAndLogged) {
+    LogCapture capture;
+    RunningCollector collector{CollectorSettings{}, 10000};
+    TestClient first;
+    ASSERT_TRUE(first.Connect(collector.Port()));
+    ASSERT_TRUE(first.Send(PartOfABlock(8000, 6000)));
+    for (int i = 0; i < 200 && collector.Held() < 6016; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ASSERT_EQ(collector.Held(), 6016u);
+    TestClient second;
+    ASSERT_TRUE(second.Connect(collector.Port()));
+    ASSERT_TRUE(second.Send(PartOfABlock(8000, 6000)));
+    EXPECT_TRUE(second.ReadUntilEnd(3000).Dropped());
+    const std::string last = capture.Texts().empty() ? "" : capture.Texts().back();
+    EXPECT_EQ(last.rfind("vagentd : dropped connection from 127.0.0.1:", 0), 0u) << last;
+    EXPECT_NE(last.find(" : requests held over the budget of 10000 bytes"), std::string::npos)
+        << last;
+    // What the dropped connection had read is given back; the first
+    // connection's frame still completes.
+    ASSERT_TRUE(first.Send(Bytes(2000, 'a')));
+    ASSERT_TRUE(collector.WaitForDispatch(1));
+    EXPECT_EQ(collector.Dispatched(0).first.heldBytes, 8016u);
+    EXPECT_EQ(collector.Held(), 8016u);
+}
+
+TEST(FrameCollector, DroppedConnectionGivesBackWhatItHeld) {
+    LogCapture capture;
+    RunningCollector collector{CollectorSettings{}};
+    {
+        TestClient client;
+        ASSERT_TRUE(client.Connect(collector.Port()));
+        ASSERT_TRUE(client.Send(PartOfABlock(8000, 3000)));
+        for (int i = 0; i < 200 && collector.Held() < 3016; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        ASSERT_EQ(collector.Held(), 3016u);
+    }
+    for (int i = 0; i < 200 && collector.Open() != 0; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(collector.Open(), 0u);
+    EXPECT_EQ(collector.Held(), 0u);
 }
 
 }  // namespace

@@ -327,3 +327,44 @@ TEST_F(ServiceHostileOptions, AddressOffTheAllowListIsClosedUnreadAndLogged) {
     EXPECT_TRUE(logged) << "no log line names 127.0.0.2";
     ExpectStillServing(service.Port());
 }
+
+TEST_F(ServiceHostileOptions, RequestsThatTogetherGoOverTheHeldBudgetLoseTheOneThatWouldGoOver) {
+    ServerOptions options = EndToEndService::LoopbackOptions();
+    options.maxBlock = 4096;
+    // Below one largest frame, so the budget is exactly one: a 64 KiB root
+    // site, a 4 KiB block and the 16 bytes of fields.
+    options.maxHeldBytes = 4096;
+    EndToEndService service(options);
+    ASSERT_TRUE(service.Started()) << service.StartStatus();
+    const std::string rootSite(50000, 'r');
+    Bytes whole = FrameHead(kGetHostVersion, static_cast<std::uint32_t>(rootSite.size()));
+    Append(whole, Bytes(rootSite.begin(), rootSite.end()));
+    Append(whole, BigEndianBytes(0));
+    const Bytes firstPart(whole.begin(), whole.begin() + 40000);
+    const Bytes rest(whole.begin() + 40000, whole.end());
+    // Each holds 40,000 bytes: one fits, two do not.
+    TestClient first;
+    TestClient second;
+    ASSERT_TRUE(first.Connect(service.Port()));
+    ASSERT_TRUE(first.Send(firstPart));
+    ASSERT_TRUE(second.Connect(service.Port()));
+    ASSERT_TRUE(second.Send(firstPart));
+    first.Send(rest);
+    second.Send(rest);
+    const Received firstReply = first.ReadUntilEnd(kReplyLimitMilliseconds);
+    const Received secondReply = second.ReadUntilEnd(kReplyLimitMilliseconds);
+    const bool firstServed = firstReply.bytes == HostVersionReply();
+    const bool secondServed = secondReply.bytes == HostVersionReply();
+    EXPECT_NE(firstServed, secondServed) << "exactly one of the two must be served";
+    EXPECT_TRUE(firstServed ? secondReply.bytes.empty() : firstReply.bytes.empty());
+    bool logged = false;
+    for (const std::string& text : log_.Texts()) {
+        logged = logged ||
+                 text.find(" : requests held over the budget of 69648 bytes") != std::string::npos;
+    }
+    EXPECT_TRUE(logged) << "no log line names the budget";
+    // Both connections are over: the whole budget is free again.
+    const Received again = CallService(service.Port(), whole, kReplyLimitMilliseconds);
+    EXPECT_EQ(again.bytes, HostVersionReply());
+    ExpectStillServing(service.Port());
+}

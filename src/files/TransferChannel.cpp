@@ -27,11 +27,10 @@ std::int64_t Now() {
 }  // namespace
 
 TransferChannel::TransferChannel(std::uintptr_t socket, HTTP_FUN* callbacks)
-    : socket_(socket), callbacks_(callbacks), lastArrival_(Now()) {
-    if (callbacks_ == nullptr) {
-        gathered_.reset(new (std::nothrow) std::uint8_t[kGatherCapacity]);
-    }
-}
+    : socket_(socket),
+      callbacks_(callbacks),
+      gathering_(callbacks == nullptr),
+      lastArrival_(Now()) {}
 
 TransferChannel::~TransferChannel() = default;
 
@@ -58,10 +57,18 @@ bool TransferChannel::SendContent(const std::uint8_t* data, std::uint32_t count)
     return Gather(data, count);
 }
 
+bool TransferChannel::HasGatheringBuffer() {
+    if (gathering_ && !gathered_) {
+        gathered_.reset(new (std::nothrow) std::uint8_t[kGatherCapacity]);
+        gathering_ = gathered_ != nullptr;
+    }
+    return gathering_;
+}
+
 // Without a gathering buffer (hooks given, or no memory for one) every send
 // goes out at once.
 bool TransferChannel::Gather(const std::uint8_t* data, std::uint32_t count) {
-    if (!gathered_) {
+    if (!HasGatheringBuffer()) {
         return SendAll(data, count);
     }
     if (count > kGatherCapacity - gatheredCount_ && !Flush()) {

@@ -42,6 +42,7 @@ public:
 
 private:
     bool Gather(const std::uint8_t* data, std::uint32_t count);
+    bool HasGatheringBuffer();
     bool SendAll(const std::uint8_t* data, std::uint32_t count);
     bool ReceiveAll(std::uint8_t* buffer, std::uint32_t count);
     bool ReceiveThroughHooks(std::uint8_t* buffer, std::uint32_t count);
@@ -50,6 +51,9 @@ private:
 
     std::uintptr_t socket_;
     HTTP_FUN* callbacks_;
+    // Made at the first send, so that a channel that only receives never
+    // pays for it; given up for good when there is no memory for it.
+    bool gathering_;
     std::unique_ptr<std::uint8_t[]> gathered_;
     std::uint32_t gatheredCount_ = 0;
     std::uint32_t status_ = 0;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "DecoderChoice.h"
 #include "files/FileBundleCodecs.h"
 #include "files/ListingCodecs.h"
 #include "os/FileSystem.h"
@@ -64,17 +65,12 @@ void DecodeFiles(const std::uint8_t* payload, std::uint32_t size) {
     vagent::files::Result2Files(payload, size);
 }
 
-using Decoder = void (*)(const std::uint8_t*, std::uint32_t);
+using vagent::fuzz::Decoder;
 
 constexpr Decoder kDecoders[] = {DecodeListing, DecodeExistence, DecodeFiles};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) {
-        return 0;
-    }
-    const Decoder decode = kDecoders[data[0] % (sizeof(kDecoders) / sizeof(kDecoders[0]))];
-    decode(data + 1, static_cast<std::uint32_t>(size - 1));
-    return 0;
+    return vagent::fuzz::DecodeWithChosen(kDecoders, data, size);
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "DecoderChoice.h"
 #include "vagent/ResultDecoders.h"
 #include "vagent/VPrivilege.h"
 
@@ -62,7 +63,7 @@ void DecodeAck(const std::uint8_t* payload, std::uint32_t size) {
     Result2Ack(payload, size, value);
 }
 
-using Decoder = void (*)(const std::uint8_t*, std::uint32_t);
+using vagent::fuzz::Decoder;
 
 constexpr Decoder kDecoders[] = {DecodeStrings,   DecodePairs,         DecodeTriples,
                                  DecodeUsers,     DecodeUserGroups,    DecodeGroupUsers,
@@ -71,10 +72,5 @@ constexpr Decoder kDecoders[] = {DecodeStrings,   DecodePairs,         DecodeTri
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) {
-        return 0;
-    }
-    const Decoder decode = kDecoders[data[0] % (sizeof(kDecoders) / sizeof(kDecoders[0]))];
-    decode(data + 1, static_cast<std::uint32_t>(size - 1));
-    return 0;
+    return vagent::fuzz::DecodeWithChosen(kDecoders, data, size);
 }

@@ -77,6 +77,16 @@ ReceivedRequest ReadRequestFrame(SocketHandle socket) {
     return request;
 }
 
+// Runs the task on its own thread against the connection's service side,
+// as the agent service runs it.
+std::thread ServeOnThread(std::uint32_t taskId, Bytes block, SocketHandle connection,
+                          TaskAnswer& served) {
+    return std::thread([taskId, block = std::move(block), connection, &served] {
+        VFileTask task(taskId);
+        served = RunFileTask(task, block, connection);
+    });
+}
+
 }  // namespace
 
 TEST(FilesCopyTask, StreamsTheTreeToTheRequesterAndEndsWithStatusZero) {
@@ -88,12 +98,9 @@ TEST(FilesCopyTask, StreamsTheTreeToTheRequesterAndEndsWithStatusZero) {
     const std::string destination = ToLibraryPath(target / "copy");
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kFilesCopy);
-        served = RunFileTask(
-            task, ListBlock({"", "0", ToLibraryPath(source.Path()), destination, "1", "0"}),
-            pair.Server());
-    });
+    std::thread service = ServeOnThread(
+        kFilesCopy, ListBlock({"", "0", ToLibraryPath(source.Path()), destination, "1", "0"}),
+        pair.Server(), served);
     VFileTask requester(kFilesCopy);
     EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 1);
     service.join();
@@ -111,13 +118,10 @@ TEST(FilesCopyTask, SecondFlagCopiesOnThisHostAndSendsOnlyTheEndFrame) {
     WriteWholeFile(source / "sub" / "b.txt", "beta");
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kFilesCopy);
-        served = RunFileTask(task,
-                             ListBlock({"", "0", ToLibraryPath(source.Path()),
-                                        ToLibraryPath(target / "local"), "0", "1"}),
-                             pair.Server());
-    });
+    std::thread service = ServeOnThread(kFilesCopy,
+                                        ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                                   ToLibraryPath(target / "local"), "0", "1"}),
+                                        pair.Server(), served);
     VFileTask requester(kFilesCopy);
     FileFrameHeader header;
     EXPECT_EQ(requester.ReceiveFrame(pair.Client(), header, nullptr), 2);
@@ -131,12 +135,9 @@ TEST(FilesCopyTask, FailureTravelsToTheRequesterInTheEndFrame) {
     TempDir source;
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kFilesCopy);
-        served = RunFileTask(
-            task, ListBlock({"", "0", ToLibraryPath(source / "missing"), "C:\\x", "1", "0"}),
-            pair.Server());
-    });
+    std::thread service = ServeOnThread(
+        kFilesCopy, ListBlock({"", "0", ToLibraryPath(source / "missing"), "C:\\x", "1", "0"}),
+        pair.Server(), served);
     VFileTask requester(kFilesCopy);
     EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
     service.join();
@@ -147,10 +148,8 @@ TEST(FilesCopyTask, FailureTravelsToTheRequesterInTheEndFrame) {
 TEST(FilesCopyTask, UnreadableRequestEndsTheExchangeWithInvalidParameter) {
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kFilesCopy);
-        served = RunFileTask(task, ListBlock({"", "0", "C:\\a"}), pair.Server());
-    });
+    std::thread service =
+        ServeOnThread(kFilesCopy, ListBlock({"", "0", "C:\\a"}), pair.Server(), served);
     VFileTask requester(kFilesCopy);
     EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
     service.join();
@@ -234,10 +233,7 @@ TEST(UploadFilesTask, ReceivesTheTreeAnswersWithAnEndFrameAndNotifiesTheWindow) 
     vagent::os::ScopedFacility<vagent::os::WindowMessages> scope(windows);
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kUploadFiles);
-        served = RunFileTask(task, ListBlock({"4660"}), pair.Server());
-    });
+    std::thread service = ServeOnThread(kUploadFiles, ListBlock({"4660"}), pair.Server(), served);
     VFileTask uploader(kUploadFiles);
     EXPECT_EQ(uploader.SendTree(pair.Client(), ToLibraryPath(source.Path()),
                                 ToLibraryPath(target / "in"), 1, nullptr),
@@ -261,10 +257,7 @@ TEST(UploadFilesTask, WithoutAWindowNothingIsPostedAndAFailedUploadAnswersItsSta
     vagent::os::ScopedFacility<vagent::os::WindowMessages> scope(windows);
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kUploadFiles);
-        served = RunFileTask(task, Bytes{0, 0, 0, 0}, pair.Server());
-    });
+    std::thread service = ServeOnThread(kUploadFiles, Bytes{0, 0, 0, 0}, pair.Server(), served);
     VFileTask uploader(kUploadFiles);
     EXPECT_EQ(uploader.SendEndFrame(pair.Client(), 5, nullptr), 1);
     FileFrameHeader header;
@@ -286,13 +279,10 @@ TEST(FilesCopyTask, TreeFailingPartWayDeliversTheWholeFilesBeforeTheFailureAndIt
     vagent::os::ScopedFacility<vagent::os::FileSystem> scope(files);
     LoopbackPair pair;
     TaskAnswer served;
-    std::thread service([&] {
-        VFileTask task(kFilesCopy);
-        served = RunFileTask(task,
-                             ListBlock({"", "0", ToLibraryPath(source.Path()),
-                                        ToLibraryPath(target / "copy"), "1", "0"}),
-                             pair.Server());
-    });
+    std::thread service = ServeOnThread(kFilesCopy,
+                                        ListBlock({"", "0", ToLibraryPath(source.Path()),
+                                                   ToLibraryPath(target / "copy"), "1", "0"}),
+                                        pair.Server(), served);
     VFileTask requester(kFilesCopy);
     EXPECT_EQ(requester.ReceiveTree(pair.Client(), nullptr), 0);
     service.join();

@@ -178,6 +178,14 @@ TEST(FrameCollector, EachRefusedFrameNamesItsReason) {
     }
 }
 
+// Waits up to two seconds for the condition to hold.
+template <class Condition>
+void WaitUntil(Condition condition) {
+    for (int i = 0; i < 200 && !condition(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
 // Frame bytes: the 12-byte header, no root site, the 4-byte block length, then
 // the first part of a block of blockLength bytes whose own prefix is right.
 Bytes PartOfABlock(std::uint32_t blockLength, std::size_t blockBytesSent) {
@@ -205,9 +213,7 @@ TEST(FrameCollector, ConnectionWhoseBytesWouldGoOverTheBudgetIsDroppedAndLogged)
     TestClient first;
     ASSERT_TRUE(first.Connect(collector.Port()));
     ASSERT_TRUE(first.Send(PartOfABlock(8000, 6000)));
-    for (int i = 0; i < 200 && collector.Held() < 6016; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    WaitUntil([&] { return collector.Held() >= 6016; });
     ASSERT_EQ(collector.Held(), 6016u);
     TestClient second;
     ASSERT_TRUE(second.Connect(collector.Port()));
@@ -232,14 +238,10 @@ TEST(FrameCollector, DroppedConnectionGivesBackWhatItHeld) {
         TestClient client;
         ASSERT_TRUE(client.Connect(collector.Port()));
         ASSERT_TRUE(client.Send(PartOfABlock(8000, 3000)));
-        for (int i = 0; i < 200 && collector.Held() < 3016; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
+        WaitUntil([&] { return collector.Held() >= 3016; });
         ASSERT_EQ(collector.Held(), 3016u);
     }
-    for (int i = 0; i < 200 && collector.Open() != 0; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    WaitUntil([&] { return collector.Open() == 0; });
     EXPECT_EQ(collector.Open(), 0u);
     EXPECT_EQ(collector.Held(), 0u);
 }
